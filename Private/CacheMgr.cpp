@@ -1,0 +1,495 @@
+#include "CacheMgr.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+#include "LMAssert.h"
+#include "LMBoxArt.h"
+#include "LMFile.h"
+
+namespace {
+
+const char* const kCreateTables[] = {
+    "CREATE TABLE IF NOT EXISTS Service (Name TEXT NOT NULL, Key TEXT NOT NULL, Value TEXT NOT "
+    "NULL, Size INTEGER, PRIMARY KEY (Name, Key));",
+    "CREATE TABLE IF NOT EXISTS BoxArt (Prefix TEXT NOT NULL, Dim INTEGER NOT NULL, Size INTEGER, "
+    "LastModified TEXT, NeedUpdate INTEGER NOT NULL, TS DATETIME DEFAULT CURRENT_TIMESTAMP, Data "
+    "BLOB, PRIMARY KEY (Prefix, Dim));",
+    "CREATE TABLE IF NOT EXISTS Cache (ID INTEGER, LastLoadTime TEXT NOT NULL, PRIMARY KEY (ID));",
+    "CREATE TABLE IF NOT EXISTS Userdata (Name TEXT NOT NULL, Key TEXT NOT NULL, Value TEXT NOT "
+    "NULL, Size INTEGER, PRIMARY KEY (Name, Key));",
+};
+
+const char kWishlistFlag[] = "WishlistFlag";
+const int kBusyTimeoutMs = 10000;
+
+void BindText(sqlite3_stmt* stmt, int index, const LMString& text) {
+    sqlite3_bind_text(stmt, index, text.c_str(), static_cast<int>(text.length()), SQLITE_TRANSIENT);
+}
+
+LMString ColumnText(sqlite3_stmt* stmt, int index) {
+    const char* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, index));
+    int bytes = sqlite3_column_bytes(stmt, index);
+    return text != nullptr ? LMString(text, static_cast<size_t>(bytes)) : LMString();
+}
+
+LMString TitleKey(int titleId) {
+    char key[32];
+    snprintf(key, sizeof(key), "%d", titleId);
+    return LMString(key);
+}
+
+}  // namespace
+
+CacheMgr::CacheMgr()
+    : m_CacheType(LM_WS_CacheParam::None),
+      m_CacheData(0),
+      m_CacheLimit(0),
+      m_Initialised(false),
+      m_DB(nullptr),
+      m_Stmt(nullptr),
+      m_ServiceLimit(0),
+      m_BoxArtLimit(0),
+      m_UserdataLimit(0) {}
+
+CacheMgr::~CacheMgr() {
+    CacheMgr::Uninit();
+}
+
+int CacheMgr::Init(const LM_WS_CacheParam& param) {
+    Uninit();
+    m_CacheType = param.CacheType;
+    m_CacheData = param.CacheData;
+    m_CacheLimit = param.CacheLimit;
+    m_CachePath = param.CachePath;
+
+    // Service and user data get 15% each, box art 70%; what kinds that are off would have had
+    // (and rounding losses) goes to box art, else user data, else service.
+    const double tenth = m_CacheLimit / 10.0;
+    uint32_t remaining = m_CacheLimit;
+    if (m_CacheData & LM_WS_CacheParam::Service) {
+        m_ServiceLimit = static_cast<unsigned>(tenth * 1.5);
+        remaining -= m_ServiceLimit;
+    }
+    if (m_CacheData & LM_WS_CacheParam::BoxArt) {
+        m_BoxArtLimit = static_cast<unsigned>(tenth * 7.0);
+        remaining -= m_BoxArtLimit;
+    }
+    if (m_CacheData & LM_WS_CacheParam::UserData) {
+        m_UserdataLimit = static_cast<unsigned>(tenth * 1.5);
+        remaining -= m_UserdataLimit;
+    }
+    if (m_CacheData & LM_WS_CacheParam::BoxArt) {
+        m_BoxArtLimit += remaining;
+    } else if (m_CacheData & LM_WS_CacheParam::UserData) {
+        m_UserdataLimit += remaining;
+    } else {
+        m_ServiceLimit += remaining;
+    }
+
+    if (m_CacheType == LM_WS_CacheParam::None) {
+        return SQLITE_OK;
+    }
+    if (m_CacheType != LM_WS_CacheParam::Memory && m_CacheType != LM_WS_CacheParam::File) {
+        return SQLITE_MISUSE;
+    }
+    int rc = SQLITE_OK;
+    if (!Open()) {
+        rc = m_DB != nullptr ? sqlite3_errcode(m_DB) : SQLITE_CANTOPEN;
+        if (rc == SQLITE_OK) {
+            rc = SQLITE_CANTOPEN;
+        }
+        return rc;
+    }
+    for (const char* sql : kCreateTables) {
+        rc = sqlite3_exec(m_DB, sql, nullptr, nullptr, nullptr);
+        if (rc != SQLITE_OK) {
+            break;
+        }
+    }
+    if (rc != SQLITE_OK && m_CacheType == LM_WS_CacheParam::Memory) {
+        sqlite3_close(m_DB);
+        m_DB = nullptr;
+    }
+    Close();
+    m_Initialised = rc == SQLITE_OK;
+    return rc;
+}
+
+int CacheMgr::Uninit() {
+    m_Initialised = false;
+    m_ServiceLimit = m_BoxArtLimit = m_UserdataLimit = 0;
+    Finalize();
+    if (m_DB != nullptr) {
+        sqlite3_close(m_DB);
+        m_DB = nullptr;
+    }
+    return 1;
+}
+
+bool CacheMgr::Open() {
+    if (m_DB != nullptr) {
+        return true;  // the memory database stays open
+    }
+    const char* name = m_CacheType == LM_WS_CacheParam::Memory ? ":memory:" : m_CachePath.c_str();
+    int flags = SQLITE_OPEN_READWRITE;
+    if (m_CacheType == LM_WS_CacheParam::File) {
+        flags |= SQLITE_OPEN_CREATE;
+    }
+    if (sqlite3_open_v2(name, &m_DB, flags, nullptr) != SQLITE_OK) {
+        sqlite3_close(m_DB);
+        m_DB = nullptr;
+        return false;
+    }
+    sqlite3_busy_timeout(m_DB, kBusyTimeoutMs);
+    return true;
+}
+
+void CacheMgr::Close() {
+    Finalize();
+    if (m_CacheType == LM_WS_CacheParam::File && m_DB != nullptr) {
+        sqlite3_close(m_DB);
+        m_DB = nullptr;
+    }
+}
+
+bool CacheMgr::Begin(const LMString& name, uint32_t bit) {
+    return m_Initialised && !name.empty() && (m_CacheData & bit) != 0 && Open();
+}
+
+bool CacheMgr::Prepare(const char* sql) {
+    Finalize();
+    if (sqlite3_prepare_v2(m_DB, sql, -1, &m_Stmt, nullptr) != SQLITE_OK) {
+        Finalize();
+        return false;
+    }
+    return true;
+}
+
+bool CacheMgr::StepOnce() {
+    bool done = sqlite3_step(m_Stmt) == SQLITE_DONE;
+    Finalize();
+    return done;
+}
+
+bool CacheMgr::Exec(const char* sql) {
+    return Prepare(sql) && StepOnce();
+}
+
+void CacheMgr::Finalize() {
+    if (m_Stmt != nullptr) {
+        sqlite3_finalize(m_Stmt);
+        m_Stmt = nullptr;
+    }
+}
+
+int CacheMgr::ExecuteSQL(const LMString& sql, LMString& result) {
+    LM_ASSERT(m_DB != 0);
+    result.assign("");
+    sqlite3_stmt* stmt = nullptr;
+    int rc = sqlite3_prepare_v2(m_DB, sql.c_str(), static_cast<int>(sql.length()), &stmt, nullptr);
+    if (rc == SQLITE_OK) {
+        rc = sqlite3_step(stmt);
+        if (rc == SQLITE_ROW) {
+            result = ColumnText(stmt, 0);
+        }
+    }
+    sqlite3_finalize(stmt);
+    return rc == SQLITE_ROW || rc == SQLITE_DONE ? 0 : rc;
+}
+
+int CacheMgr::ExecuteSQL(const LMString& sql, unsigned int& result) {
+    LM_ASSERT(m_DB != 0);
+    result = 0;
+    sqlite3_stmt* stmt = nullptr;
+    int rc = sqlite3_prepare_v2(m_DB, sql.c_str(), static_cast<int>(sql.length()), &stmt, nullptr);
+    if (rc == SQLITE_OK) {
+        rc = sqlite3_step(stmt);
+        if (rc == SQLITE_ROW) {
+            sqlite3_int64 value = sqlite3_column_int64(stmt, 0);
+            result = value < 0              ? 0u
+                     : value > 0xFFFFFFFFll ? 0xFFFFFFFFu
+                                            : static_cast<unsigned>(value);
+        }
+    }
+    sqlite3_finalize(stmt);
+    return rc == SQLITE_ROW || rc == SQLITE_DONE ? 0 : rc;
+}
+
+void CacheMgr::LimitHandler(enum LM_WS_CacheParam::CacheData kind) {
+    LM_ASSERT(m_DB != 0);
+    unsigned sum = 0;
+    if (kind == LM_WS_CacheParam::Service || kind == LM_WS_CacheParam::UserData) {
+        const bool service = kind == LM_WS_CacheParam::Service;
+        const unsigned limit = service ? m_ServiceLimit : m_UserdataLimit;
+        if (limit == 0 ||
+            ExecuteSQL(service ? "SELECT SUM(Size) FROM Service" : "SELECT SUM(Size) FROM Userdata",
+                       sum) != 0 ||
+            sum <= limit) {
+            return;
+        }
+        // Either share overflowing resets both tables together (wishlist flags included):
+        // responses and user data describe the same catalogue state.
+        Exec("DELETE FROM Service");
+        Exec("DELETE FROM Userdata");
+        return;
+    }
+    if (kind != LM_WS_CacheParam::BoxArt || m_BoxArtLimit == 0 ||
+        ExecuteSQL("SELECT SUM(Size) FROM BoxArt", sum) != 0 || sum <= m_BoxArtLimit) {
+        return;
+    }
+    std::vector<std::pair<LMString, int>> oldest;
+    if (Prepare("SELECT Prefix, Dim FROM BoxArt ORDER BY TS ASC LIMIT 10")) {
+        while (sqlite3_step(m_Stmt) == SQLITE_ROW) {
+            oldest.emplace_back(ColumnText(m_Stmt, 0), sqlite3_column_int(m_Stmt, 1));
+        }
+        Finalize();
+    }
+    // Every size class of the oldest prefixes goes: a title's images are kept or dropped together.
+    if (Exec("DELETE FROM BoxArt WHERE Prefix in (SELECT Prefix FROM BoxArt ORDER BY TS ASC LIMIT "
+             "10)") &&
+        m_CacheType == LM_WS_CacheParam::File) {
+        // The delete took every size class of those prefixes, so remove every size class's
+        // file too: a file without a row would never be evicted again.
+        const LMString folder = LMFile::GetFolderName(m_CachePath.c_str());
+        std::vector<LMString> done;
+        for (const auto& image : oldest) {
+            if (std::find(done.begin(), done.end(), image.first) != done.end()) {
+                continue;
+            }
+            done.push_back(image.first);
+            for (int size = LM_WS_BoxArt95; size <= LM_WS_BoxArt321; ++size) {
+                LMFile::Remove(LMBoxArtFileName(folder.c_str(), image.first.c_str(), size).c_str());
+            }
+        }
+    }
+}
+
+int CacheMgr::GetServiceData(const LMString& name, const LMString& key, LMString& value) {
+    if (!Begin(name, LM_WS_CacheParam::Service)) {
+        return 0;
+    }
+    int ok = 0;
+    if (Prepare("SELECT Value FROM Service WHERE Name = ? AND Key = ?")) {
+        BindText(m_Stmt, 1, name);
+        BindText(m_Stmt, 2, key);
+        if (sqlite3_step(m_Stmt) == SQLITE_ROW) {
+            // Values are compressed bytes: read them with their length, NULs included.
+            const void* blob = sqlite3_column_blob(m_Stmt, 0);
+            int bytes = sqlite3_column_bytes(m_Stmt, 0);
+            value = blob != nullptr ? LMString(static_cast<const char*>(blob), bytes) : LMString();
+            ok = 1;
+        }
+    }
+    Close();
+    return ok;
+}
+
+int CacheMgr::SetServiceData(const LMString& name, const LMString& key, const LMString& value) {
+    if (value.empty() || !Begin(name, LM_WS_CacheParam::Service)) {
+        return 0;
+    }
+    LimitHandler(LM_WS_CacheParam::Service);
+    int ok = 0;
+    if (Prepare("INSERT OR REPLACE INTO Service(Name, Key, Value, Size) VALUES (?, ?, ?, ?)")) {
+        BindText(m_Stmt, 1, name);
+        BindText(m_Stmt, 2, key);
+        BindText(m_Stmt, 3, value);
+        sqlite3_bind_int64(m_Stmt, 4, value.length());
+        ok = StepOnce() ? 1 : 0;
+    }
+    Close();
+    return ok;
+}
+
+int CacheMgr::SetLastLoadTime(const LMString& time) {
+    if (!Begin(time, LM_WS_CacheParam::Service)) {
+        return 0;
+    }
+    int ok = 0;
+    LMString stored;
+    ExecuteSQL("SELECT LastLoadTime FROM Cache WHERE ID = 1", stored);
+    if (stored == time) {
+        ok = 1;
+    } else if (Prepare("INSERT OR REPLACE INTO Cache(ID, LastLoadTime) VALUES(1, ?)")) {
+        BindText(m_Stmt, 1, time);
+        // A new catalogue load makes every cached response stale.
+        if (StepOnce()) {
+            ok = Exec("DELETE FROM Service") ? 1 : 0;
+        }
+    }
+    Close();
+    return ok;
+}
+
+int CacheMgr::SetBoxArt(const LMString& prefix, int dim, unsigned size,
+                        const LMString& lastModified, bool needUpdate, const LMString& data) {
+    if (!Begin(prefix, LM_WS_CacheParam::BoxArt)) {
+        return 0;
+    }
+    LimitHandler(LM_WS_CacheParam::BoxArt);
+    int ok = 0;
+    if (Prepare("INSERT OR REPLACE INTO BoxArt(Prefix, Dim, Size, LastModified, NeedUpdate, Data) "
+                "VALUES (?, ?, ?, ?, ?, ?)")) {
+        BindText(m_Stmt, 1, prefix);
+        sqlite3_bind_int(m_Stmt, 2, dim);
+        sqlite3_bind_int64(m_Stmt, 3, size);
+        BindText(m_Stmt, 4, lastModified);
+        sqlite3_bind_int(m_Stmt, 5, needUpdate ? 1 : 0);
+        sqlite3_bind_blob(m_Stmt, 6, data.c_str(), static_cast<int>(data.length()),
+                          SQLITE_TRANSIENT);
+        ok = StepOnce() ? 1 : 0;
+    }
+    Close();
+    return ok;
+}
+
+int CacheMgr::GetBoxArt(const LMString& prefix, int dim, unsigned& size, LMString& lastModified,
+                        bool& needUpdate, LMString& data) {
+    size = 0;
+    lastModified.assign("");
+    needUpdate = false;
+    data.assign("");
+    if (!Begin(prefix, LM_WS_CacheParam::BoxArt)) {
+        return 0;
+    }
+    int ok = 0;
+    if (Prepare("SELECT Size, LastModified, NeedUpdate, Data FROM BoxArt WHERE Prefix = ? AND "
+                "Dim = ?")) {
+        BindText(m_Stmt, 1, prefix);
+        sqlite3_bind_int(m_Stmt, 2, dim);
+        if (sqlite3_step(m_Stmt) == SQLITE_ROW) {
+            size = static_cast<unsigned>(sqlite3_column_int64(m_Stmt, 0));
+            lastModified = ColumnText(m_Stmt, 1);
+            needUpdate = sqlite3_column_int(m_Stmt, 2) != 0;
+            const void* blob = sqlite3_column_blob(m_Stmt, 3);
+            int bytes = sqlite3_column_bytes(m_Stmt, 3);
+            if (blob != nullptr && bytes > 0) {
+                data.assign(static_cast<const char*>(blob), static_cast<size_t>(bytes));
+            }
+            ok = 1;
+        }
+    }
+    Close();
+    return ok;
+}
+
+int CacheMgr::InvalidateBoxArt() {
+    if (!Begin(LMString("BoxArt"), LM_WS_CacheParam::BoxArt)) {
+        return 0;
+    }
+    int ok = Exec("UPDATE BoxArt SET NeedUpdate = 1") ? 1 : 0;
+    Close();
+    return ok;
+}
+
+int CacheMgr::GetUserData(const LMString& name, const LMString& key, LMString& value) {
+    if (!Begin(name, LM_WS_CacheParam::UserData)) {
+        return 0;
+    }
+    int ok = 0;
+    if (Prepare("SELECT Value FROM Userdata WHERE Name = ? AND Key = ?")) {
+        BindText(m_Stmt, 1, name);
+        BindText(m_Stmt, 2, key);
+        if (sqlite3_step(m_Stmt) == SQLITE_ROW) {
+            value = ColumnText(m_Stmt, 0);
+            ok = 1;
+        }
+    }
+    Close();
+    return ok;
+}
+
+int CacheMgr::SetUserData(const LMString& name, const LMString& key, const LMString& value) {
+    if (value.empty() || !Begin(name, LM_WS_CacheParam::UserData)) {
+        return 0;
+    }
+    LimitHandler(LM_WS_CacheParam::UserData);
+    int ok = 0;
+    if (Prepare("INSERT OR REPLACE INTO Userdata(Name, Key, Value, Size) VALUES (?, ?, ?, ?)")) {
+        BindText(m_Stmt, 1, name);
+        BindText(m_Stmt, 2, key);
+        BindText(m_Stmt, 3, value);
+        sqlite3_bind_int64(m_Stmt, 4, value.length());
+        ok = StepOnce() ? 1 : 0;
+    }
+    Close();
+    return ok;
+}
+
+int CacheMgr::ClearUserData(const LMString& name) {
+    // An empty name means "everything", so the usual non-empty check does not apply here.
+    if (!m_Initialised || (m_CacheData & LM_WS_CacheParam::UserData) == 0 || !Open()) {
+        return 0;
+    }
+    int ok = 0;
+    if (name.empty()) {
+        ok = Exec("DELETE FROM Userdata") ? 1 : 0;
+    } else if (Prepare("DELETE FROM Userdata WHERE Name = ?")) {
+        BindText(m_Stmt, 1, name);
+        ok = StepOnce() ? 1 : 0;
+    }
+    if ((m_CacheData & LM_WS_CacheParam::Service) && (name.empty() || name == kWishlistFlag)) {
+        // These responses carry wishlist state.
+        Exec("DELETE FROM Service WHERE Name = 'getTitleListing';");
+        Exec("DELETE FROM Service WHERE Name = 'getTvEpisodeListing';");
+        Exec("DELETE FROM Service WHERE Name = 'getAllTvEpisodeListings';");
+    }
+    Close();
+    return ok;
+}
+
+int CacheMgr::GetWishlistFlag(int titleId, bool& flag) {
+    flag = false;
+    LMString value;
+    int ok = GetUserData(LMString(kWishlistFlag), TitleKey(titleId), value);
+    flag = ok && !value.empty() && value[0] == '1';
+    return ok;
+}
+
+int CacheMgr::SetWishlistFlag(int titleId, bool flag) {
+    return SetUserData(LMString(kWishlistFlag), TitleKey(titleId), LMString(flag ? "1" : "0"));
+}
+
+int CacheMgr::SetWishlistFlags(const std::vector<int>& titleIds, const std::vector<bool>& flags) {
+    if (titleIds.empty() || titleIds.size() != flags.size() ||
+        !Begin(LMString(kWishlistFlag), LM_WS_CacheParam::UserData)) {
+        return 0;
+    }
+    int ok = 0;
+    if (Prepare("INSERT OR REPLACE INTO Userdata(Name, Key, Value, Size) VALUES ('WishlistFlag', "
+                "?, ?, 1)")) {
+        ok = 1;
+        for (size_t i = titleIds.size(); i-- > 0;) {
+            BindText(m_Stmt, 1, TitleKey(titleIds[i]));
+            sqlite3_bind_text(m_Stmt, 2, flags[i] ? "1" : "0", 1, SQLITE_STATIC);
+            if (sqlite3_step(m_Stmt) != SQLITE_DONE) {
+                ok = 0;
+                break;
+            }
+            sqlite3_reset(m_Stmt);
+        }
+    }
+    Close();
+    return ok;
+}
+
+int CacheMgr::RemoveWishlistFlag(int titleId) {
+    if (!Begin(LMString(kWishlistFlag), LM_WS_CacheParam::UserData)) {
+        return 0;
+    }
+    int ok = 0;
+    if (Prepare("DELETE FROM Userdata WHERE Name = 'WishlistFlag' AND Key = ?")) {
+        BindText(m_Stmt, 1, TitleKey(titleId));
+        ok = StepOnce() ? 1 : 0;
+    }
+    Close();
+    return ok;
+}
+
+int CacheMgr::ClearWishlistFlags() {
+    return ClearUserData(LMString(kWishlistFlag));
+}

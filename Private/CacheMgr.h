@@ -1,0 +1,87 @@
+// CacheMgr: the cache in one SQLite database.
+//
+// Tables: Service (serialized responses by operation name and argument text), BoxArt (images by
+// prefix and size class), Cache (the catalogue's last load time, one row) and Userdata (small
+// per-user values such as wishlist flags). Each kind has its share of the size budget; an insert
+// that finds its kind over its share first evicts. All SQL is fixed text with bound values.
+//
+// A file database is opened at the start of every operation and closed at its end, so several
+// processes can share it (with a 10000 ms busy timeout); a memory database stays open while the
+// manager is initialised. Callers serialise access: the manager takes no locks.
+#ifndef LM_CACHE_MGR_H
+#define LM_CACHE_MGR_H
+
+#include "CacheInterface.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+class CacheMgr : public CacheInterface {
+public:
+    CacheMgr();
+    ~CacheMgr() override;
+    CacheMgr(const CacheMgr&) = delete;
+    CacheMgr& operator=(const CacheMgr&) = delete;
+
+    int Init(const LM_WS_CacheParam& param) override;
+    int Uninit() override;
+    int GetServiceData(const LMString& name, const LMString& key, LMString& value) override;
+    int SetServiceData(const LMString& name, const LMString& key, const LMString& value) override;
+    // Stores the catalogue load time; a new time drops every cached response.
+    int SetLastLoadTime(const LMString& time) override;
+    int SetBoxArt(const LMString& prefix, int dim, unsigned size, const LMString& lastModified,
+                  bool needUpdate, const LMString& data) override;
+    int GetBoxArt(const LMString& prefix, int dim, unsigned& size, LMString& lastModified,
+                  bool& needUpdate, LMString& data) override;
+    // Marks every image as needing revalidation.
+    int InvalidateBoxArt() override;
+    int GetUserData(const LMString& name, const LMString& key, LMString& value) override;
+    int SetUserData(const LMString& name, const LMString& key, const LMString& value) override;
+    // Empty name: all user data. Clearing wishlist data also drops the cached listings that
+    // carry wishlist state.
+    int ClearUserData(const LMString& name) override;
+    int GetWishlistFlag(int titleId, bool& flag) override;
+    int SetWishlistFlag(int titleId, bool flag) override;
+    // Writes all pairs with one prepared statement; the arrays must be non-empty and equal.
+    int SetWishlistFlags(const std::vector<int>& titleIds, const std::vector<bool>& flags) override;
+    int RemoveWishlistFlag(int titleId) override;
+    int ClearWishlistFlags() override;
+
+    // The per-kind shares of the size budget set by Init (0 = never evicted).
+    unsigned ServiceLimit() const { return m_ServiceLimit; }
+    unsigned BoxArtLimit() const { return m_BoxArtLimit; }
+    unsigned UserdataLimit() const { return m_UserdataLimit; }
+    bool IsInitialised() const { return m_Initialised; }
+
+    // Run `sql` on the open database: the first column of the first row as text (empty when
+    // there is none) or as an integer (0). 0 when the statement completes, else the SQLite code.
+    int ExecuteSQL(const LMString& sql, LMString& result);
+    int ExecuteSQL(const LMString& sql, unsigned int& result);
+
+private:
+    bool Open();
+    void Close();
+    // The checks every data operation starts with; opens the database when they pass.
+    bool Begin(const LMString& name, uint32_t bit);
+    // Evicts when the kind is over its share (one batch at most).
+    void LimitHandler(enum LM_WS_CacheParam::CacheData kind);
+    // Prepares `sql` into m_Stmt; false (with nothing prepared) on failure.
+    bool Prepare(const char* sql);
+    // Steps m_Stmt once and finalizes it; true when it completed (SQLITE_DONE).
+    bool StepOnce();
+    bool Exec(const char* sql);
+    void Finalize();
+
+    uint32_t m_CacheType;
+    uint32_t m_CacheData;
+    uint32_t m_CacheLimit;
+    LMString m_CachePath;
+    bool m_Initialised;
+    sqlite3* m_DB;
+    sqlite3_stmt* m_Stmt;
+    unsigned m_ServiceLimit;
+    unsigned m_BoxArtLimit;
+    unsigned m_UserdataLimit;
+};
+
+#endif  // LM_CACHE_MGR_H

@@ -1,0 +1,348 @@
+#include "CacheMgr.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+#include "LMBoxArt.h"
+#include "LMFile.h"
+#include "TempDir.h"
+
+namespace {
+
+LM_WS_CacheParam Param(uint32_t type, uint32_t data, uint32_t limit, const std::string& path) {
+    LM_WS_CacheParam p;
+    p.CacheType = type;
+    p.CacheData = data;
+    p.CacheLimit = limit;
+    p.CachePath = path.c_str();
+    return p;
+}
+
+const uint32_t kAll =
+    LM_WS_CacheParam::Service | LM_WS_CacheParam::BoxArt | LM_WS_CacheParam::UserData;
+
+// Runs one statement on the cache file through a second connection, as another process would.
+void Sql(const std::string& path, const std::string& sql) {
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+    sqlite3_close(db);
+}
+
+int Count(const std::string& path, const std::string& sql) {
+    sqlite3* db = nullptr;
+    sqlite3_open(path.c_str(), &db);
+    sqlite3_stmt* stmt = nullptr;
+    sqlite3_prepare_v2(db, sql.c_str(), -1, &stmt, nullptr);
+    int n = sqlite3_step(stmt) == SQLITE_ROW ? sqlite3_column_int(stmt, 0) : -1;
+    sqlite3_finalize(stmt);
+    sqlite3_close(db);
+    return n;
+}
+
+TEST(CacheBudget, SharesFollowTheEnabledKinds) {
+    struct Case {
+        uint32_t data, limit, service, boxart, userdata;
+    } cases[] = {
+        {kAll, 1000, 150, 700, 150},
+        {LM_WS_CacheParam::BoxArt, 1000, 0, 1000, 0},
+        {LM_WS_CacheParam::Service | LM_WS_CacheParam::UserData, 1000, 150, 0, 850},
+        {LM_WS_CacheParam::Service, 1000, 1000, 0, 0},
+        {kAll, 1001, 150, 701, 150},  // rounding losses go to box art
+        {kAll, 0, 0, 0, 0},           // never evict
+        {0, 500, 500, 0, 0},
+    };
+    for (const Case& c : cases) {
+        CacheMgr cache;
+        EXPECT_EQ(cache.Init(Param(LM_WS_CacheParam::Memory, c.data, c.limit, "")), 0);
+        EXPECT_EQ(cache.ServiceLimit(), c.service) << c.data << "/" << c.limit;
+        EXPECT_EQ(cache.BoxArtLimit(), c.boxart) << c.data << "/" << c.limit;
+        EXPECT_EQ(cache.UserdataLimit(), c.userdata) << c.data << "/" << c.limit;
+    }
+}
+
+TEST(CacheOpen, NoCacheTouchesNothingAndBadFilesFailInit) {
+    TempDir dir;
+    const std::string path = dir / "cache.db";
+    CacheMgr none;
+    EXPECT_EQ(none.Init(Param(LM_WS_CacheParam::None, kAll, 1000, path)), 0);
+    EXPECT_FALSE(none.IsInitialised());
+    LMString value;
+    bool flag = true;
+    EXPECT_EQ(none.SetServiceData("getTitles", "1,2,3,4", "v"), 0);
+    EXPECT_EQ(none.GetServiceData("getTitles", "1,2,3,4", value), 0);
+    EXPECT_EQ(none.SetWishlistFlag(5, true), 0);
+    EXPECT_EQ(none.GetWishlistFlag(5, flag), 0);
+    EXPECT_FALSE(flag);
+    EXPECT_EQ(none.ClearUserData(""), 0);
+    EXPECT_EQ(none.InvalidateBoxArt(), 0);
+    EXPECT_FALSE(LMFile::Exist(path.c_str()));
+
+    CacheMgr bad;
+    EXPECT_EQ(bad.Init(Param(LM_WS_CacheParam::File, kAll, 1000, dir / "no/such/dir/c.db")),
+              SQLITE_CANTOPEN);
+    EXPECT_FALSE(bad.IsInitialised());
+    std::ofstream(path) << std::string(4096, 'x');  // not a database
+    EXPECT_EQ(bad.Init(Param(LM_WS_CacheParam::File, kAll, 1000, path)), SQLITE_NOTADB);
+    EXPECT_EQ(bad.Init(Param(7, kAll, 1000, path)), SQLITE_MISUSE);
+}
+
+TEST(CacheSchema, TheFileHoldsTheFourTablesVerbatim) {
+    TempDir dir;
+    const std::string path = dir / "cache.db";
+    CacheMgr cache;
+    ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 1000, path)), 0);
+    FILE* p = popen(("sqlite3 " + path + " .schema").c_str(), "r");
+    ASSERT_NE(p, nullptr);
+    std::string schema;
+    char buf[512];
+    while (fgets(buf, sizeof(buf), p) != nullptr) {
+        schema += buf;
+    }
+    ASSERT_EQ(pclose(p), 0);
+    EXPECT_EQ(schema,
+              "CREATE TABLE Service (Name TEXT NOT NULL, Key TEXT NOT NULL, Value TEXT NOT NULL, "
+              "Size INTEGER, PRIMARY KEY (Name, Key));\n"
+              "CREATE TABLE BoxArt (Prefix TEXT NOT NULL, Dim INTEGER NOT NULL, Size INTEGER, "
+              "LastModified TEXT, NeedUpdate INTEGER NOT NULL, TS DATETIME DEFAULT "
+              "CURRENT_TIMESTAMP, Data BLOB, PRIMARY KEY (Prefix, Dim));\n"
+              "CREATE TABLE Cache (ID INTEGER, LastLoadTime TEXT NOT NULL, PRIMARY KEY (ID));\n"
+              "CREATE TABLE Userdata (Name TEXT NOT NULL, Key TEXT NOT NULL, Value TEXT NOT NULL, "
+              "Size INTEGER, PRIMARY KEY (Name, Key));\n");
+}
+
+class CacheFile : public ::testing::Test {
+protected:
+    void SetUp() override {
+        path = m_Dir / "cache.db";
+        ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 0, path)), 0);
+    }
+    TempDir m_Dir;
+    std::string path;
+    CacheMgr cache;
+};
+
+TEST_F(CacheFile, ServiceValuesRoundTripByteForByteAndReplace) {
+    const char raw[] = {'\x1f', '\x8b', 0, 'x', 0, '\xff'};
+    LMString value(raw, sizeof(raw));
+    ASSERT_EQ(cache.SetServiceData("getTitles", "12,1,20,2", value), 1);
+    LMString back;
+    ASSERT_EQ(cache.GetServiceData("getTitles", "12,1,20,2", back), 1);
+    EXPECT_TRUE(back == value);
+    EXPECT_EQ(cache.GetServiceData("getTitles", "12,1,20,3", back), 0);
+
+    EXPECT_EQ(cache.SetServiceData("getTitles", "12,1,20,2", "second"), 1);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service"), 1);
+    EXPECT_EQ(Count(path, "SELECT Size FROM Service"), 6);
+    // Empty names and values are refused without touching the database.
+    EXPECT_EQ(cache.SetServiceData("", "k", "v"), 0);
+    EXPECT_EQ(cache.SetServiceData("n", "k", ""), 0);
+}
+
+TEST_F(CacheFile, DisabledKindsAreNeitherReadNorWritten) {
+    CacheMgr responsesOff;
+    ASSERT_EQ(
+        responsesOff.Init(Param(LM_WS_CacheParam::File,
+                                LM_WS_CacheParam::BoxArt | LM_WS_CacheParam::UserData, 0, path)),
+        0);
+    ASSERT_EQ(cache.SetServiceData("getTitles", "k", "v"), 1);
+    LMString value;
+    EXPECT_EQ(responsesOff.GetServiceData("getTitles", "k", value), 0);
+    EXPECT_EQ(responsesOff.SetServiceData("getTitles", "k2", "v"), 0);
+    EXPECT_EQ(responsesOff.SetLastLoadTime("2026-11-23"), 0);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service"), 1);
+}
+
+TEST_F(CacheFile, ANewLoadTimeDropsCachedResponses) {
+    ASSERT_EQ(cache.SetServiceData("getTitles", "k", "v"), 1);
+    EXPECT_EQ(cache.SetLastLoadTime("11/23/2026 10:00:00"), 1);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service"), 0);
+    ASSERT_EQ(cache.SetServiceData("getTitles", "k", "v"), 1);
+    EXPECT_EQ(cache.SetLastLoadTime("11/23/2026 10:00:00"), 1);  // unchanged: kept
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service"), 1);
+    EXPECT_EQ(cache.SetLastLoadTime("11/24/2026 10:00:00"), 1);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service"), 0);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Cache"), 1);
+    EXPECT_EQ(cache.SetLastLoadTime(""), 0);
+}
+
+TEST_F(CacheFile, ClearingUserDataDropsTheListingsThatCarryWishlistState) {
+    auto fill = [&] {
+        for (const char* op :
+             {"getTitleListing", "getTvEpisodeListing", "getAllTvEpisodeListings", "getTitles"}) {
+            ASSERT_EQ(cache.SetServiceData(op, "k", "v"), 1);
+        }
+        ASSERT_EQ(cache.SetWishlistFlag(1, true), 1);
+        ASSERT_EQ(cache.SetUserData("Other", "k", "v"), 1);
+    };
+    fill();
+    EXPECT_EQ(cache.ClearUserData("Other"), 1);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Userdata"), 1);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service"), 4);
+
+    EXPECT_EQ(cache.ClearWishlistFlags(), 1);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Userdata"), 0);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service WHERE Name = 'getTitles'"), 1);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service"), 1);
+
+    fill();
+    EXPECT_EQ(cache.ClearUserData(""), 1);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Userdata"), 0);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service"), 1);
+}
+
+TEST_F(CacheFile, WishlistFlags) {
+    bool flag = true;
+    EXPECT_EQ(cache.GetWishlistFlag(42, flag), 0);
+    EXPECT_FALSE(flag);
+    ASSERT_EQ(cache.SetWishlistFlags({1, 2, 3}, {true, false, true}), 1);
+    EXPECT_EQ(cache.GetWishlistFlag(1, flag), 1);
+    EXPECT_TRUE(flag);
+    EXPECT_EQ(cache.GetWishlistFlag(2, flag), 1);
+    EXPECT_FALSE(flag);
+    EXPECT_EQ(Count(path, "SELECT SUM(Size) FROM Userdata"), 3);
+    EXPECT_EQ(cache.SetWishlistFlag(2, true), 1);
+    EXPECT_EQ(cache.GetWishlistFlag(2, flag), 1);
+    EXPECT_TRUE(flag);
+    EXPECT_EQ(cache.RemoveWishlistFlag(2), 1);
+    EXPECT_EQ(cache.GetWishlistFlag(2, flag), 0);
+    EXPECT_EQ(cache.SetWishlistFlags({}, {}), 0);
+    EXPECT_EQ(cache.SetWishlistFlags({1, 2}, {true}), 0);
+    EXPECT_EQ(cache.SetWishlistFlag(-7, true), 1);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Userdata WHERE Key = '-7'"), 1);
+}
+
+TEST(CacheEviction, AnOverflowingShareResetsResponsesAndUserDataTogether) {
+    CacheMgr cache;
+    // 100 bytes: Service 15, BoxArt 70, Userdata 15.
+    ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::Memory, kAll, 100, "")), 0);
+    ASSERT_EQ(cache.SetServiceData("a", "1", LMString(std::string(10, 'a').c_str())), 1);
+    ASSERT_EQ(cache.SetUserData("u", "1", "user"), 1);
+    ASSERT_EQ(cache.SetServiceData("b", "1", LMString(std::string(10, 'b').c_str())),
+              1);  // 10 <= 15
+    // Service now holds 20 > 15: the next insert first clears both tables.
+    ASSERT_EQ(cache.SetServiceData("c", "1", "c"), 1);
+    unsigned rows = 99;
+    ASSERT_EQ(cache.ExecuteSQL("SELECT COUNT(*) FROM Service", rows), 0);
+    EXPECT_EQ(rows, 1u);
+    ASSERT_EQ(cache.ExecuteSQL("SELECT COUNT(*) FROM Userdata", rows), 0);
+    EXPECT_EQ(rows, 0u);
+
+    // Wishlist flags written in bulk never trigger eviction.
+    ASSERT_EQ(cache.SetWishlistFlags(std::vector<int>(40, 0), std::vector<bool>(40, true)), 1);
+    ASSERT_EQ(cache.SetWishlistFlags({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17},
+                                     std::vector<bool>(17, false)),
+              1);
+    ASSERT_EQ(cache.ExecuteSQL("SELECT COUNT(*) FROM Service", rows), 0);
+    EXPECT_EQ(rows, 1u);
+}
+
+TEST(CacheEviction, ABatchTakesTheTenOldestRowsWithEverySizeClassAndFileOfTheirPrefixes) {
+    TempDir dir;
+    const std::string path = dir / "cache.db";
+    const std::string folder = dir.path() + "/";
+    CacheMgr cache;
+    // 1000 bytes with only box art on: all of it for images.
+    ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, LM_WS_CacheParam::BoxArt, 1000, path)), 0);
+    auto store = [&](const std::string& prefix, int dim, unsigned size, const std::string& ts) {
+        ASSERT_EQ(cache.SetBoxArt(prefix.c_str(), dim, size, "", false, "x"), 1);
+        Sql(path, "UPDATE BoxArt SET TS = '" + ts + "' WHERE Prefix = '" + prefix +
+                      "' AND Dim = " + std::to_string(dim));
+        std::ofstream(LMBoxArtFileName(folder.c_str(), prefix.c_str(), dim).c_str()) << "jpg";
+    };
+    // Twelve titles, t0 oldest; t0 also has a size-6 image that is the newest row of all.
+    for (int i = 0; i < 12; ++i) {
+        char ts[32];
+        snprintf(ts, sizeof(ts), "2020-01-01 00:00:%02d", i);
+        store("t" + std::to_string(i), 0, i < 10 ? 100 : 0, ts);
+    }
+    store("t0", 6, 100, "2029-01-01 00:00:00");  // sum now 1100, over the limit
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM BoxArt"), 13);
+
+    ASSERT_EQ(cache.SetBoxArt("fresh", 0, 1, "", false, "x"), 1);
+    // The ten oldest rows are t0..t9 at size 0; t0's size-6 row goes with its prefix.
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM BoxArt"), 3);  // t10, t11, fresh
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM BoxArt WHERE Prefix = 't0'"), 0);
+    EXPECT_FALSE(LMFile::Exist((folder + "t095.jpg").c_str()));
+    EXPECT_FALSE(LMFile::Exist((folder + "t995.jpg").c_str()));
+    EXPECT_TRUE(LMFile::Exist((folder + "t1095.jpg").c_str()));
+    // t0's size-6 row was not among the ten oldest, but its row went with the prefix: so does
+    // its file.
+    EXPECT_FALSE(LMFile::Exist((folder + "t0135.jpg").c_str()));
+}
+
+TEST_F(CacheFile, BoxArtRowsAndRevalidationMarks) {
+    const char jpeg[] = {'\xff', '\xd8', 0, '\xff', '\xd9'};
+    ASSERT_EQ(cache.SetBoxArt("Title & Co", 6, 5, "Mon, 23 Nov 2026 10:00:00 GMT", false,
+                              LMString(jpeg, sizeof(jpeg))),
+              1);
+    unsigned size = 0;
+    LMString modified, data;
+    bool needUpdate = true;
+    ASSERT_EQ(cache.GetBoxArt("Title & Co", 6, size, modified, needUpdate, data), 1);
+    EXPECT_EQ(size, 5u);
+    EXPECT_STREQ(modified.c_str(), "Mon, 23 Nov 2026 10:00:00 GMT");
+    EXPECT_FALSE(needUpdate);
+    EXPECT_TRUE(data == LMString(jpeg, sizeof(jpeg)));
+
+    EXPECT_EQ(cache.InvalidateBoxArt(), 1);
+    ASSERT_EQ(cache.GetBoxArt("Title & Co", 6, size, modified, needUpdate, data), 1);
+    EXPECT_TRUE(needUpdate);
+
+    EXPECT_EQ(cache.GetBoxArt("Title & Co", 0, size, modified, needUpdate, data), 0);
+    EXPECT_EQ(size, 0u);
+    EXPECT_TRUE(modified.empty());
+    EXPECT_FALSE(needUpdate);
+    EXPECT_TRUE(data.empty());
+}
+
+TEST(CacheSharing, ASecondProcessHoldingTheLockIsWaitedFor) {
+    TempDir dir;
+    const std::string path = dir / "cache.db";
+    CacheMgr cache;
+    ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 0, path)), 0);
+    int ready[2];
+    ASSERT_EQ(pipe(ready), 0);
+    pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        // Another process writes in a transaction and keeps the lock for a while.
+        sqlite3* db = nullptr;
+        sqlite3_open(path.c_str(), &db);
+        sqlite3_exec(db, "BEGIN IMMEDIATE; INSERT INTO Userdata VALUES ('x', 'y', 'z', 1);",
+                     nullptr, nullptr, nullptr);
+        char go = 1;
+        if (write(ready[1], &go, 1) != 1)
+            _exit(2);
+        usleep(400 * 1000);
+        int rc = sqlite3_exec(db, "COMMIT;", nullptr, nullptr, nullptr);
+        sqlite3_close(db);
+        _exit(rc == SQLITE_OK ? 0 : 1);
+    }
+    char go = 0;
+    ASSERT_EQ(read(ready[0], &go, 1), 1);
+    // Locked by the child: without the busy timeout this would fail with SQLITE_BUSY at once.
+    EXPECT_EQ(cache.SetServiceData("getTitles", "k", "v"), 1);
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Userdata"), 1);
+    close(ready[0]);
+    close(ready[1]);
+}
+
+TEST(CacheDeathTest, ExecuteSqlWithoutAnOpenDatabaseAborts) {
+    TempDir dir;
+    CacheMgr cache;
+    ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 0, dir / "c.db")), 0);
+    unsigned n = 0;
+    EXPECT_DEATH(cache.ExecuteSQL("SELECT 1", n), "m_DB != 0");
+}
+
+}  // namespace
