@@ -9,6 +9,7 @@
 #include <ctime>
 
 #include "LMAssert.h"
+#include "LMHash.h"
 
 const char EVPCipher::kSymbols[17] = "W4QH7TXB2RM9VD6F";
 
@@ -164,14 +165,8 @@ bool EVPCipher::DecodeSymbols(const LMString& symbols, LMString& bytes) {
 }
 
 LMString EVPCipher::CheckDigits(const char* text, size_t length) {
-    // FNV-1's prime from a start value of 0 (not the usual offset basis): stored values
-    // depend on it.
-    uint32_t hash = 0;
-    for (size_t i = 0; i < length; ++i) {
-        hash = (hash * 16777619u) ^ static_cast<unsigned char>(text[i]);
-    }
     char digits[16];
-    int n = snprintf(digits, sizeof(digits), "%04u", hash);
+    int n = snprintf(digits, sizeof(digits), "%04u", LMHash32(text, length));
     return LMString(digits + n - 4);
 }
 
