@@ -1,0 +1,63 @@
+#include "SimFaults.h"
+
+#include <cstdlib>
+
+namespace lmsim {
+
+void SimFaults::Arm(const Fault& fault, int count) {
+    std::lock_guard<std::mutex> lock(m_Lock);
+    m_Fault = fault;
+    m_Remaining = fault.kind == FaultKind::None ? 0 : count;
+}
+
+Fault SimFaults::Take() {
+    std::lock_guard<std::mutex> lock(m_Lock);
+    if (m_Remaining == 0) {
+        return Fault();
+    }
+    if (m_Remaining > 0) {
+        --m_Remaining;
+    }
+    return m_Fault;
+}
+
+bool SimFaults::Parse(const std::string& name, FaultKind& kind) {
+    static const struct {
+        const char* name;
+        FaultKind kind;
+    } kNames[] = {{"none", FaultKind::None},
+                  {"delay", FaultKind::Delay},
+                  {"close-mid-body", FaultKind::CloseMidBody},
+                  {"http-status", FaultKind::HttpStatus},
+                  {"malformed-xml", FaultKind::MalformedXml},
+                  {"bad-content-length", FaultKind::BadContentLength}};
+    for (const auto& n : kNames) {
+        if (name == n.name) {
+            kind = n.kind;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool SimFaults::ParseSpec(const std::string& spec, Fault& fault) {
+    size_t colon = spec.find(':');
+    if (!Parse(spec.substr(0, colon), fault.kind)) {
+        return false;
+    }
+    fault.value = 0;
+    if (colon != std::string::npos) {
+        char* end = nullptr;
+        long value = strtol(spec.c_str() + colon + 1, &end, 10);
+        if (*end != 0 || value < 0 || value > 600000) {
+            return false;
+        }
+        fault.value = static_cast<int>(value);
+    }
+    if (fault.kind == FaultKind::HttpStatus && (fault.value < 100 || fault.value > 599)) {
+        return false;
+    }
+    return true;
+}
+
+}  // namespace lmsim

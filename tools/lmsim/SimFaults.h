@@ -1,0 +1,46 @@
+// Fault switches of the simulator: a fault armed for the next N answers (or for good), shared by
+// the HTTPS and the plain-HTTP side. Armed at start-up (--fault) or per request through the
+// control path "/__lmsim/fault?kind=K&value=V&count=N" on the plain-HTTP port.
+#ifndef LMSIM_FAULTS_H
+#define LMSIM_FAULTS_H
+
+#include <mutex>
+#include <string>
+
+namespace lmsim {
+
+enum class FaultKind {
+    None,
+    Delay,             // wait `value` milliseconds, then answer normally
+    CloseMidBody,      // send the headers and half of the body, then close
+    HttpStatus,        // answer with HTTP status `value` and no body
+    MalformedXml,      // corrupt the XML of a SOAP answer
+    BadContentLength,  // announce more body bytes than are sent, then close
+};
+
+struct Fault {
+    FaultKind kind = FaultKind::None;
+    int value = 0;
+};
+
+class SimFaults {
+public:
+    // Arms `fault` for the next `count` answers; count < 0 keeps it until changed.
+    void Arm(const Fault& fault, int count);
+    // The fault for the answer about to be sent (None when nothing is armed); uses one count.
+    Fault Take();
+
+    // "delay", "close-mid-body", "http-status", "malformed-xml", "bad-content-length", "none".
+    static bool Parse(const std::string& name, FaultKind& kind);
+    // "KIND" or "KIND:VALUE" as given on the command line.
+    static bool ParseSpec(const std::string& spec, Fault& fault);
+
+private:
+    std::mutex m_Lock;
+    Fault m_Fault;
+    int m_Remaining = 0;
+};
+
+}  // namespace lmsim
+
+#endif  // LMSIM_FAULTS_H
