@@ -1,0 +1,44 @@
+// gSOAP plug-in that copies every byte a context sends and receives into the log.
+//
+// It wraps the context's transport callbacks: what `fsend` writes goes to the area whose id is
+// in SENT_LMLogAreaID, what `frecv` returns to RECV_LMLogAreaID, both at trace severity and by
+// length (the chunks are not NUL-terminated). The ids are read at every call, so the areas can
+// be configured after the plug-in is registered. Over TLS the bytes are the plaintext; with
+// HTTP compression they are the compressed bytes as they travel.
+//
+// Register it after any plug-in or code that replaces fsend/frecv itself, so that the logged
+// bytes are the ones on the connection. The plug-in follows the context through soap_copy()
+// and a proxy's copy(): the copy gets its own plug-in record with the same wrapped callbacks.
+#ifndef LM_SOAP_LOG_PLUGIN_H
+#define LM_SOAP_LOG_PLUGIN_H
+
+#include <cstddef>
+
+struct soap;
+struct soap_plugin;
+
+class LMSoapLogPlugin {
+public:
+    // Plug-in id, as passed to soap_lookup_plugin().
+    static const char kId[];
+
+    // Registers the plug-in on `soap`; a second registration on the same context does nothing.
+    // Returns SOAP_OK (0) or the toolkit's error code.
+    static int Register(struct soap* soap);
+
+    // The plug-in's creation callback, for soap_register_plugin(soap, LMSoapLogPlugin::Create).
+    static int Create(struct soap* soap, struct soap_plugin* plugin, void* arg);
+
+private:
+    struct Data {
+        int (*fsend)(struct soap*, const char*, size_t);
+        size_t (*frecv)(struct soap*, char*, size_t);
+    };
+
+    static int Copy(struct soap* soap, struct soap_plugin* dst, struct soap_plugin* src);
+    static void Delete(struct soap* soap, struct soap_plugin* plugin);
+    static int Send(struct soap* soap, const char* data, size_t length);
+    static size_t Recv(struct soap* soap, char* buffer, size_t length);
+};
+
+#endif  // LM_SOAP_LOG_PLUGIN_H
