@@ -1,0 +1,109 @@
+// Starts the service simulator as a child process for a test and stops it afterwards: test
+// certificates in a fresh folder, free loopback ports, the "lmsim listening" line awaited.
+#ifndef LMSIM_PROCESS_H
+#define LMSIM_PROCESS_H
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+class LmsimProcess {
+public:
+    // `args` are extra lmsim options such as {"--fault", "delay:100"}.
+    explicit LmsimProcess(std::vector<std::string> args = {}) {
+        char templ[] = "/tmp/lmsimXXXXXX";
+        m_Dir = mkdtemp(templ);
+        std::string certs =
+            std::string(LM_SOURCE_DIR) + "/scripts/make-test-certs '" + m_Dir + "' >/dev/null";
+        if (std::system(certs.c_str()) != 0) {
+            return;
+        }
+        int out[2];
+        if (pipe(out) != 0) {
+            return;
+        }
+        auto started = std::chrono::steady_clock::now();
+        m_Pid = fork();
+        if (m_Pid == 0) {
+            dup2(out[1], STDOUT_FILENO);
+            close(out[0]);
+            close(out[1]);
+            std::vector<std::string> all = {LMSIM_PATH, "--tls-dir", m_Dir};
+            all.insert(all.end(), args.begin(), args.end());
+            std::vector<char*> argv;
+            for (std::string& a : all) {
+                argv.push_back(&a[0]);
+            }
+            argv.push_back(nullptr);
+            execv(LMSIM_PATH, argv.data());
+            _exit(127);
+        }
+        close(out[1]);
+        m_Out = out[0];
+        // The line says the ports; wait for it, five seconds at most.
+        std::string line;
+        char c;
+        pollfd p = {m_Out, POLLIN, 0};
+        while (line.find('\n') == std::string::npos && poll(&p, 1, 5000) > 0 &&
+               read(m_Out, &c, 1) == 1) {
+            line += c;
+        }
+        m_StartMs =
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started)
+                .count();
+        if (sscanf(line.c_str(), "lmsim listening https=%d http=%d", &m_Https, &m_Http) != 2) {
+            m_Https = m_Http = 0;
+        }
+    }
+
+    ~LmsimProcess() {
+        Stop();
+        if (m_Out >= 0) {
+            close(m_Out);
+        }
+        (void)std::system(("rm -rf '" + m_Dir + "'").c_str());
+    }
+    LmsimProcess(const LmsimProcess&) = delete;
+    LmsimProcess& operator=(const LmsimProcess&) = delete;
+
+    bool Ready() const { return m_Https > 0 && m_Http > 0; }
+    int HttpsPort() const { return m_Https; }
+    int HttpPort() const { return m_Http; }
+    double StartMs() const { return m_StartMs; }
+    std::string CaFile() const { return m_Dir + "/ca.pem"; }
+    std::string Endpoint(const char* service) const {
+        return "https://127.0.0.1:" + std::to_string(m_Https) + "/api/" + service;
+    }
+
+    // SIGTERM and wait; the exit status (-1 when it did not exit normally).
+    int Stop() {
+        if (m_Pid <= 0) {
+            return m_Status;
+        }
+        kill(m_Pid, SIGTERM);
+        int status = 0;
+        waitpid(m_Pid, &status, 0);
+        m_Pid = -1;
+        m_Status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return m_Status;
+    }
+
+private:
+    std::string m_Dir;
+    pid_t m_Pid = -1;
+    int m_Out = -1;
+    int m_Https = 0;
+    int m_Http = 0;
+    int m_Status = -1;
+    double m_StartMs = 0;
+};
+
+#endif  // LMSIM_PROCESS_H

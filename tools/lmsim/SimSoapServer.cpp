@@ -1,0 +1,216 @@
+#include "SimSoapServer.h"
+
+#include <openssl/ssl.h>
+#include <unistd.h>
+
+#include <cstring>
+
+namespace lmsim {
+
+namespace {
+
+// Per-connection state reached through soap->user.
+struct Connection {
+    const SimWeb* web;
+    Fault fault;
+    int (*send)(struct soap*, const char*, size_t);  // the context's own send
+    bool headerDone = false;
+    size_t announced = 0;  // the answer's Content-Length, once its header went out
+    size_t bodySent = 0;
+};
+
+bool EndsWith(const char* s, const char* tail) {
+    size_t n = strlen(s);
+    size_t m = strlen(tail);
+    return n >= m && strcmp(s + n - m, tail) == 0;
+}
+
+// Sends through the real callback with the armed fault applied to the HTTP answer.
+int FaultySend(struct soap* soap, const char* data, size_t length) {
+    Connection* c = static_cast<Connection*>(soap->user);
+    std::string chunk(data, length);
+    size_t bodyAt = 0;
+    if (!c->headerDone) {
+        size_t end = chunk.find("\r\n\r\n");
+        if (end == std::string::npos) {
+            return c->send(soap, data, length);
+        }
+        c->headerDone = true;
+        bodyAt = end + 4;
+        size_t length = chunk.find("Content-Length: ");
+        if (length != std::string::npos && length < end) {
+            c->announced = strtoul(chunk.c_str() + length + 16, nullptr, 10);
+        }
+        if (c->fault.kind == FaultKind::BadContentLength) {
+            size_t at = chunk.find("Content-Length: ");
+            if (at != std::string::npos && at < end) {
+                size_t eol = chunk.find("\r\n", at);
+                long announced = strtol(chunk.c_str() + at + 16, nullptr, 10);
+                chunk.replace(at, eol - at, "Content-Length: " + std::to_string(announced + 100));
+                bodyAt = chunk.find("\r\n\r\n") + 4;
+            }
+        }
+    }
+    if (c->fault.kind == FaultKind::MalformedXml) {
+        // Same length, an opening tag whose closing tag no longer matches: not well-formed,
+        // and not the response the reader expects. (A renamed closing tag alone would pass:
+        // the toolkit checks closing names only in strict mode.)
+        for (size_t at = chunk.find("Response>", bodyAt); at != std::string::npos;
+             at = chunk.find("Response>", at + 9)) {
+            size_t open = chunk.rfind('<', at);
+            if (open != std::string::npos && open + 1 < chunk.size() && chunk[open + 1] != '/') {
+                chunk[at + 6] = '$';
+            }
+        }
+    }
+    if (c->fault.kind == FaultKind::CloseMidBody) {
+        // Half the announced body, so the reader is inside the XML when the connection ends.
+        const size_t limit = c->announced > 0 ? c->announced / 2 : 64;
+        size_t body = chunk.size() - bodyAt;
+        size_t allowed = c->bodySent >= limit ? 0 : limit - c->bodySent;
+        if (body > allowed) {
+            chunk.resize(bodyAt + allowed);
+            c->send(soap, chunk.data(), chunk.size());
+            return SOAP_EOF;  // the runtime gives up and closes the connection
+        }
+        c->bodySent += body;
+    }
+    return c->send(soap, chunk.data(), chunk.size());
+}
+
+// "GET /device/env/?d=..&dt=.." and any other GET on the HTTPS port.
+int HttpGet(struct soap* soap) {
+    Connection* c = static_cast<Connection*>(soap->user);
+    HttpRequest request;
+    request.method = "GET";
+    request.target = soap->path;
+    std::string wire = c->web->Handle(request, time(nullptr)).Serialize();
+    if (c->send(soap, wire.data(), wire.size()) != SOAP_OK) {
+        return soap->error;
+    }
+    soap->keep_alive = 0;
+    return SOAP_OK;
+}
+
+}  // namespace
+
+SimSoapServer::SimSoapServer(const SimState& state, const SimWeb& web, SimFaults& faults)
+    : m_State(state), m_Web(web), m_Faults(faults), m_Master(soap_new1(SOAP_C_UTFSTRING)) {}
+
+SimSoapServer::~SimSoapServer() {
+    Stop();
+    soap_destroy(m_Master);
+    soap_end(m_Master);
+    soap_free(m_Master);
+}
+
+bool SimSoapServer::Listen(const std::string& tlsDir, int port, std::string& error) {
+    const std::string cert = tlsDir + "/server.pem";
+    const std::string key = tlsDir + "/server.key";
+    if (soap_ssl_server_context(m_Master, SOAP_SSL_NO_AUTHENTICATION, nullptr, nullptr, nullptr,
+                                nullptr, nullptr, nullptr, nullptr) != SOAP_OK ||
+        SSL_CTX_use_certificate_chain_file(m_Master->ctx, cert.c_str()) != 1 ||
+        SSL_CTX_use_PrivateKey_file(m_Master->ctx, key.c_str(), SSL_FILETYPE_PEM) != 1) {
+        error = "cannot load " + cert + " and " + key;
+        return false;
+    }
+    m_Master->bind_flags = SO_REUSEADDR;
+    m_Master->accept_timeout = -100000;  // 100 ms: the loop looks at m_Running in between
+    if (!soap_valid_socket(soap_bind(m_Master, "127.0.0.1", port, 64))) {
+        char text[256];
+        soap_sprint_fault(m_Master, text, sizeof(text));
+        error = text;
+        return false;
+    }
+    sockaddr_storage addr = {};
+    socklen_t len = sizeof(addr);
+    getsockname(m_Master->master, reinterpret_cast<sockaddr*>(&addr), &len);
+    m_Port = ntohs(reinterpret_cast<sockaddr_in*>(&addr)->sin_port);
+    return true;
+}
+
+void SimSoapServer::Start() {
+    m_Running.store(true);
+    m_Thread = std::thread(&SimSoapServer::AcceptLoop, this);
+}
+
+void SimSoapServer::Stop() {
+    if (!m_Running.exchange(false)) {
+        return;
+    }
+    if (m_Thread.joinable()) {
+        m_Thread.join();
+    }
+    std::unique_lock<std::mutex> lock(m_Lock);
+    m_Idle.wait(lock, [this] { return m_Active == 0; });
+}
+
+void SimSoapServer::AcceptLoop() {
+    while (m_Running.load()) {
+        if (!soap_valid_socket(soap_accept(m_Master))) {
+            continue;  // time-out: look at m_Running again
+        }
+        struct soap* conn = soap_copy(m_Master);
+        m_Master->socket = SOAP_INVALID_SOCKET;  // the copy owns the connection now
+        if (conn == nullptr) {
+            continue;
+        }
+        {
+            std::lock_guard<std::mutex> lock(m_Lock);
+            ++m_Active;
+        }
+        std::thread([this, conn] {
+            Serve(conn);
+            std::lock_guard<std::mutex> lock(m_Lock);
+            if (--m_Active == 0) {
+                m_Idle.notify_all();
+            }
+        }).detach();
+    }
+}
+
+void SimSoapServer::Serve(struct soap* conn) {
+    conn->recv_timeout = 10;
+    conn->send_timeout = 10;
+    Connection c{&m_Web, m_Faults.Take(), conn->fsend};
+    conn->user = &c;
+    conn->fsend = FaultySend;
+    conn->fget = HttpGet;
+    if (c.fault.kind == FaultKind::Delay) {
+        usleep(static_cast<useconds_t>(c.fault.value) * 1000);
+    }
+    if (soap_ssl_accept(conn) == SOAP_OK) {
+        if (soap_begin_serve(conn) != SOAP_OK) {
+            if (conn->error < SOAP_STOP) {
+                soap_send_fault(conn);
+            }
+        } else if (c.fault.kind == FaultKind::HttpStatus) {
+            soap_send_empty_response(conn, c.fault.value);
+        } else {
+            // Service objects built on a borrowed context leave it to us to free.
+            SimRealTimeBrowse browse(conn, m_State);
+            SimStreamAPI stream(conn, m_State);
+            SimDownloadAPI download(conn, m_State);
+            int rc = SOAP_NO_METHOD;
+            const char* path = conn->path;
+            if (EndsWith(path, "/RealTimeBrowse.asmx")) {
+                rc = browse.dispatch(conn);
+            } else if (EndsWith(path, "/StreamAPI.asmx")) {
+                rc = stream.dispatch(conn);
+            } else if (EndsWith(path, "/DownloadAPI.asmx")) {
+                rc = download.dispatch(conn);
+            } else {
+                soap_send_empty_response(conn, 404);
+                rc = SOAP_OK;
+            }
+            if (rc != SOAP_OK && conn->error < SOAP_STOP) {
+                soap_send_fault(conn);
+            }
+        }
+    }
+    soap_destroy(conn);
+    soap_end(conn);
+    soap_free(conn);
+}
+
+}  // namespace lmsim

@@ -1,0 +1,141 @@
+// lmsim: the Lumora service simulator. Serves the three SOAP services and the environment query
+// over HTTPS, and the device clock, box art and bandwidth file over plain HTTP, on loopback.
+#include <signal.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "SimCatalogue.h"
+#include "SimFaults.h"
+#include "SimHttpServer.h"
+#include "SimSoapServer.h"
+#include "SimWeb.h"
+
+namespace {
+
+void Usage(FILE* out) {
+    fprintf(out,
+            "usage: lmsim --tls-dir DIR [--https-port P] [--http-port Q] [options]\n"
+            "\n"
+            "Serves the Lumora SOAP services (RealTimeBrowse, StreamAPI, DownloadAPI) and the\n"
+            "environment query over HTTPS, and the device clock, box art and the bandwidth file\n"
+            "over plain HTTP, on 127.0.0.1. Prints 'lmsim listening https=P http=Q' when ready\n"
+            "and runs until SIGINT or SIGTERM.\n"
+            "\n"
+            "  --tls-dir DIR          server.pem and server.key (see scripts/make-test-certs)\n"
+            "  --https-port P         HTTPS port, 0 picks a free one (default 0)\n"
+            "  --http-port Q          plain HTTP port, 0 picks a free one (default 0)\n"
+            "  --env-digit D          the environment query's answer (default 2, production)\n"
+            "  --access-type N        what getFileType answers: 1 download, 2 stream (default 2)\n"
+            "  --bandwidth-bytes N    size of the bandwidth-check file (default 262144)\n"
+            "  --fault KIND[:VALUE]   arm a fault for every answer: delay:MS, close-mid-body,\n"
+            "                         http-status:CODE, malformed-xml, bad-content-length\n"
+            "  --help                 this text\n"
+            "\n"
+            "Faults can also be armed per request: GET /__lmsim/fault?kind=K&value=V&count=N on\n"
+            "the plain HTTP port applies K to the next N answers of either port.\n");
+}
+
+bool ParseInt(const char* text, long lo, long hi, long& out) {
+    char* end = nullptr;
+    long v = strtol(text, &end, 10);
+    if (end == text || *end != 0 || v < lo || v > hi) {
+        return false;
+    }
+    out = v;
+    return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::string tlsDir;
+    long httpsPort = 0;
+    long httpPort = 0;
+    long accessType = 2;
+    long bandwidth = 262144;
+    lmsim::WebSettings web;
+    lmsim::Fault fault;
+    for (int i = 1; i < argc; ++i) {
+        std::string arg = argv[i];
+        if (arg == "--help" || arg == "-h") {
+            Usage(stdout);
+            return 0;
+        }
+        if (i + 1 >= argc) {
+            fprintf(stderr, "lmsim: %s needs a value (see --help)\n", arg.c_str());
+            return 2;
+        }
+        const char* value = argv[++i];
+        bool ok = true;
+        if (arg == "--tls-dir") {
+            tlsDir = value;
+        } else if (arg == "--https-port") {
+            ok = ParseInt(value, 0, 65535, httpsPort);
+        } else if (arg == "--http-port") {
+            ok = ParseInt(value, 0, 65535, httpPort);
+        } else if (arg == "--env-digit") {
+            ok = strlen(value) == 1 && value[0] >= '0' && value[0] <= '9';
+            web.envDigit = value;
+        } else if (arg == "--access-type") {
+            ok = ParseInt(value, 0, 2, accessType);
+        } else if (arg == "--bandwidth-bytes") {
+            ok = ParseInt(value, 1, 64L << 20, bandwidth);
+        } else if (arg == "--fault") {
+            ok = lmsim::SimFaults::ParseSpec(value, fault);
+        } else {
+            fprintf(stderr, "lmsim: unknown option %s (see --help)\n", arg.c_str());
+            return 2;
+        }
+        if (!ok) {
+            fprintf(stderr, "lmsim: bad value for %s: %s\n", arg.c_str(), value);
+            return 2;
+        }
+    }
+    if (tlsDir.empty()) {
+        fprintf(stderr, "lmsim: --tls-dir is required (see --help)\n");
+        return 2;
+    }
+    web.bandwidthBytes = static_cast<size_t>(bandwidth);
+
+    // Block the stop signals in every thread; the main thread waits for them below. A peer
+    // that drops its connection must not kill the simulator.
+    sigset_t stop;
+    sigemptyset(&stop);
+    sigaddset(&stop, SIGINT);
+    sigaddset(&stop, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &stop, nullptr);
+    signal(SIGPIPE, SIG_IGN);
+
+    soap_ssl_init();
+    const lmsim::Catalogue catalogue = lmsim::Catalogue::Build();
+    lmsim::SimState state{catalogue, static_cast<int>(accessType)};
+    lmsim::SimWeb simWeb(catalogue, web);
+    lmsim::SimFaults faults;
+    if (fault.kind != lmsim::FaultKind::None) {
+        faults.Arm(fault, -1);
+    }
+    lmsim::SimSoapServer https(state, simWeb, faults);
+    lmsim::SimHttpServer http(simWeb, faults);
+    std::string error;
+    if (!https.Listen(tlsDir, static_cast<int>(httpsPort), error)) {
+        fprintf(stderr, "lmsim: HTTPS: %s\n", error.c_str());
+        return 1;
+    }
+    if (!http.Listen(static_cast<int>(httpPort), error)) {
+        fprintf(stderr, "lmsim: HTTP: %s\n", error.c_str());
+        return 1;
+    }
+    https.Start();
+    http.Start();
+    printf("lmsim listening https=%d http=%d\n", https.Port(), http.Port());
+    fflush(stdout);
+
+    int sig = 0;
+    sigwait(&stop, &sig);
+    http.Stop();
+    https.Stop();
+    return 0;
+}
