@@ -11,6 +11,7 @@
 #include <string>
 
 #include "LmsimProcess.h"
+#include "soapDownloadAPISoap12Proxy.h"
 #include "soapRealTimeBrowseSoap12Proxy.h"
 #include "soapStreamAPISoap12Proxy.h"
 
@@ -176,6 +177,105 @@ TEST(Lmsim, FaultSwitchesReachTheClient) {
     ASSERT_NE(response.getTitleListingResult, nullptr);
     EXPECT_EQ(response.getTitleListingResult->ResponseCode, 1);
     stream.destroy();
+}
+
+// ---- Every call method of every proxy, against the simulator ----
+
+template <class Proxy>
+struct ProxyCall {
+    const char* name;
+    int (*call)(Proxy&);
+};
+#include "ProxyCalls.inc"
+
+// Keeps what a context sends, on the way to the real send callback.
+struct SentBytes {
+    int (*send)(struct soap*, const char*, size_t);
+    std::string bytes;
+    static int Send(struct soap* soap, const char* data, size_t length) {
+        SentBytes* self = static_cast<SentBytes*>(soap->user);
+        self->bytes.append(data, length);
+        return self->send(soap, data, length);
+    }
+};
+
+// The request element of a sent envelope, made a document of its own for schema validation.
+std::string RequestElement(const std::string& sent) {
+    const std::string open = "<SOAP-ENV:Body>";
+    size_t begin = sent.find(open);
+    size_t end = sent.find("</SOAP-ENV:Body>");
+    if (begin == std::string::npos || end == std::string::npos) {
+        return "";
+    }
+    std::string element = sent.substr(begin + open.size(), end - begin - open.size());
+    size_t nameEnd = element.find_first_of(" />", 1);
+    element.insert(nameEnd,
+                   " xmlns:LM1=\"http://www.lumora.example/api/\""
+                   " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"");
+    return element;
+}
+
+template <class Proxy, size_t N>
+void CallEveryMethod(const LmsimProcess& sim, const char* service,
+                     const ProxyCall<Proxy> (&calls)[N], const std::string& dir,
+                     std::vector<std::string>& files) {
+    Proxy proxy;
+    Trust(proxy, sim);
+    const std::string endpoint = sim.Endpoint(service);
+    proxy.soap_endpoint = endpoint.c_str();
+    SentBytes sent{proxy.soap->fsend, ""};
+    proxy.soap->user = &sent;
+    proxy.soap->fsend = SentBytes::Send;
+    for (const ProxyCall<Proxy>& c : calls) {
+        sent.bytes.clear();
+        EXPECT_EQ(c.call(proxy), SOAP_OK) << service << " " << c.name;
+        // The action names the operation as on the wire: "_USCORE" is a plain underscore.
+        std::string op = c.name;
+        for (size_t at = op.find("_USCORE"); at != std::string::npos; at = op.find("_USCORE")) {
+            op.replace(at, 7, "_");
+        }
+        EXPECT_NE(sent.bytes.find("action=\"http://www.lumora.example/api/" + op + "\""),
+                  std::string::npos)
+            << c.name;
+        std::string element = RequestElement(sent.bytes);
+        EXPECT_FALSE(element.empty()) << c.name;
+        files.push_back(dir + "/" + service + "-" + c.name + ".xml");
+        std::ofstream(files.back()) << element;
+        proxy.destroy();
+    }
+}
+
+TEST(Lmsim, EveryCallMethodOfEveryProxyRoundTripsWithSchemaValidRequests) {
+    LmsimProcess sim;
+    ASSERT_TRUE(sim.Ready());
+    char templ[] = "/tmp/lmrequestsXXXXXX";
+    const std::string dir = mkdtemp(templ);
+    std::vector<std::string> files;
+    CallEveryMethod(sim, "RealTimeBrowse.asmx", kRealTimeBrowseSoap12Calls, dir, files);
+    CallEveryMethod(sim, "StreamAPI.asmx", kStreamAPISoap12Calls, dir, files);
+    CallEveryMethod(sim, "DownloadAPI.asmx", kDownloadAPISoap12Calls, dir, files);
+    ASSERT_EQ(files.size(), 20u + 49u + 27u);
+
+    std::string cmd = "xmllint --noout --schema " LMAPI_GEN_DIR "/LM1.xsd";
+    for (const std::string& f : files) {
+        cmd += " '" + f + "'";
+    }
+    FILE* p = popen((cmd + " 2>&1").c_str(), "r");
+    ASSERT_NE(p, nullptr);
+    std::string out;
+    char buf[4096];
+    size_t n;
+    while ((n = fread(buf, 1, sizeof(buf), p)) > 0) {
+        out.append(buf, n);
+    }
+    EXPECT_EQ(pclose(p), 0) << out;
+    size_t valid = 0;
+    for (size_t at = out.find(" validates"); at != std::string::npos;
+         at = out.find(" validates", at + 1)) {
+        ++valid;
+    }
+    EXPECT_EQ(valid, files.size()) << out;
+    (void)std::system(("rm -rf '" + dir + "'").c_str());
 }
 
 }  // namespace
