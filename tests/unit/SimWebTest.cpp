@@ -134,13 +134,13 @@ TEST(SimHttpServer, ServesAndAppliesArmedFaultsOnce) {
 
 TEST(SimFaults, SpecsAreValidated) {
     lmsim::Fault f;
-    EXPECT_TRUE(lmsim::SimFaults::ParseSpec("delay:250", f));
+    EXPECT_TRUE(lmsim::SimFaults::ParseFault("delay:250", f));
     EXPECT_EQ(f.value, 250);
-    EXPECT_TRUE(lmsim::SimFaults::ParseSpec("malformed-xml", f));
-    EXPECT_FALSE(lmsim::SimFaults::ParseSpec("http-status", f));  // a status is required
-    EXPECT_FALSE(lmsim::SimFaults::ParseSpec("http-status:42", f));
-    EXPECT_FALSE(lmsim::SimFaults::ParseSpec("delay:soon", f));
-    EXPECT_FALSE(lmsim::SimFaults::ParseSpec("explode", f));
+    EXPECT_TRUE(lmsim::SimFaults::ParseFault("malformed-xml", f));
+    EXPECT_FALSE(lmsim::SimFaults::ParseFault("http-status", f));  // a status is required
+    EXPECT_FALSE(lmsim::SimFaults::ParseFault("http-status:42", f));
+    EXPECT_FALSE(lmsim::SimFaults::ParseFault("delay:soon", f));
+    EXPECT_FALSE(lmsim::SimFaults::ParseFault("explode", f));
     lmsim::SimFaults faults;
     faults.Arm({lmsim::FaultKind::Delay, 5}, -1);  // for good
     EXPECT_EQ(faults.Take().kind, lmsim::FaultKind::Delay);

@@ -40,15 +40,15 @@ bool SimFaults::Parse(const std::string& name, FaultKind& kind) {
     return false;
 }
 
-bool SimFaults::ParseSpec(const std::string& spec, Fault& fault) {
-    size_t colon = spec.find(':');
-    if (!Parse(spec.substr(0, colon), fault.kind)) {
+bool SimFaults::ParseFault(const std::string& text, Fault& fault) {
+    size_t colon = text.find(':');
+    if (!Parse(text.substr(0, colon), fault.kind)) {
         return false;
     }
     fault.value = 0;
     if (colon != std::string::npos) {
         char* end = nullptr;
-        long value = strtol(spec.c_str() + colon + 1, &end, 10);
+        long value = strtol(text.c_str() + colon + 1, &end, 10);
         if (*end != 0 || value < 0 || value > 600000) {
             return false;
         }

@@ -33,7 +33,7 @@ public:
     // "delay", "close-mid-body", "http-status", "malformed-xml", "bad-content-length", "none".
     static bool Parse(const std::string& name, FaultKind& kind);
     // "KIND" or "KIND:VALUE" as given on the command line.
-    static bool ParseSpec(const std::string& spec, Fault& fault);
+    static bool ParseFault(const std::string& text, Fault& fault);
 
 private:
     std::mutex m_Lock;

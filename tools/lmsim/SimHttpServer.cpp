@@ -178,16 +178,16 @@ HttpResponse SimHttpServer::Control(const HttpRequest& request) {
     Fault fault;
     std::string count = QueryValue(request.target, "count");
     std::string value = QueryValue(request.target, "value");
-    std::string spec = QueryValue(request.target, "kind") + (value.empty() ? "" : ":" + value);
+    std::string wanted = QueryValue(request.target, "kind") + (value.empty() ? "" : ":" + value);
     HttpResponse r;
-    if (!SimFaults::ParseSpec(spec, fault)) {
+    if (!SimFaults::ParseFault(wanted, fault)) {
         r.status = 400;
         r.reason = "Bad Request";
-        r.body = "unknown fault: " + spec + "\n";
+        r.body = "unknown fault: " + wanted + "\n";
         return r;
     }
     m_Faults.Arm(fault, count.empty() ? 1 : atoi(count.c_str()));
-    r.body = "armed " + spec + "\n";
+    r.body = "armed " + wanted + "\n";
     return r;
 }
 

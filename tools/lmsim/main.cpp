@@ -84,7 +84,7 @@ int main(int argc, char** argv) {
         } else if (arg == "--bandwidth-bytes") {
             ok = ParseInt(value, 1, 64L << 20, bandwidth);
         } else if (arg == "--fault") {
-            ok = lmsim::SimFaults::ParseSpec(value, fault);
+            ok = lmsim::SimFaults::ParseFault(value, fault);
         } else {
             fprintf(stderr, "lmsim: unknown option %s (see --help)\n", arg.c_str());
             return 2;
