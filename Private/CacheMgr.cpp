@@ -269,18 +269,27 @@ void CacheMgr::LimitHandler(enum LM_WS_CacheParam::CacheData kind) {
 }
 
 int CacheMgr::GetServiceData(const LMString& name, const LMString& key, LMString& value) {
-    if (!Begin(name, LM_WS_CacheParam::Service)) {
+    return GetValue("SELECT Value FROM Service WHERE Name = ? AND Key = ?",
+                    LM_WS_CacheParam::Service, name, key, value);
+}
+
+int CacheMgr::SetServiceData(const LMString& name, const LMString& key, const LMString& value) {
+    return SetValue("INSERT OR REPLACE INTO Service(Name, Key, Value, Size) VALUES (?, ?, ?, ?)",
+                    LM_WS_CacheParam::Service, name, key, value);
+}
+
+int CacheMgr::GetValue(const char* sql, enum LM_WS_CacheParam::CacheData kind, const LMString& name,
+                       const LMString& key, LMString& value) {
+    if (!Begin(name, kind)) {
         return 0;
     }
     int ok = 0;
-    if (Prepare("SELECT Value FROM Service WHERE Name = ? AND Key = ?")) {
+    if (Prepare(sql)) {
         BindText(m_Stmt, 1, name);
         BindText(m_Stmt, 2, key);
         if (sqlite3_step(m_Stmt) == SQLITE_ROW) {
-            // Values are compressed bytes: read them with their length, NULs included.
-            const void* blob = sqlite3_column_blob(m_Stmt, 0);
-            int bytes = sqlite3_column_bytes(m_Stmt, 0);
-            value = blob != nullptr ? LMString(static_cast<const char*>(blob), bytes) : LMString();
+            // Service values are compressed bytes: read them with their length, NULs included.
+            value = ColumnText(m_Stmt, 0);
             ok = 1;
         }
     }
@@ -288,13 +297,14 @@ int CacheMgr::GetServiceData(const LMString& name, const LMString& key, LMString
     return ok;
 }
 
-int CacheMgr::SetServiceData(const LMString& name, const LMString& key, const LMString& value) {
-    if (value.empty() || !Begin(name, LM_WS_CacheParam::Service)) {
+int CacheMgr::SetValue(const char* sql, enum LM_WS_CacheParam::CacheData kind, const LMString& name,
+                       const LMString& key, const LMString& value) {
+    if (value.empty() || !Begin(name, kind)) {
         return 0;
     }
-    LimitHandler(LM_WS_CacheParam::Service);
+    LimitHandler(kind);
     int ok = 0;
-    if (Prepare("INSERT OR REPLACE INTO Service(Name, Key, Value, Size) VALUES (?, ?, ?, ?)")) {
+    if (Prepare(sql)) {
         BindText(m_Stmt, 1, name);
         BindText(m_Stmt, 2, key);
         BindText(m_Stmt, 3, value);
@@ -387,37 +397,13 @@ int CacheMgr::InvalidateBoxArt() {
 }
 
 int CacheMgr::GetUserData(const LMString& name, const LMString& key, LMString& value) {
-    if (!Begin(name, LM_WS_CacheParam::UserData)) {
-        return 0;
-    }
-    int ok = 0;
-    if (Prepare("SELECT Value FROM Userdata WHERE Name = ? AND Key = ?")) {
-        BindText(m_Stmt, 1, name);
-        BindText(m_Stmt, 2, key);
-        if (sqlite3_step(m_Stmt) == SQLITE_ROW) {
-            value = ColumnText(m_Stmt, 0);
-            ok = 1;
-        }
-    }
-    Close();
-    return ok;
+    return GetValue("SELECT Value FROM Userdata WHERE Name = ? AND Key = ?",
+                    LM_WS_CacheParam::UserData, name, key, value);
 }
 
 int CacheMgr::SetUserData(const LMString& name, const LMString& key, const LMString& value) {
-    if (value.empty() || !Begin(name, LM_WS_CacheParam::UserData)) {
-        return 0;
-    }
-    LimitHandler(LM_WS_CacheParam::UserData);
-    int ok = 0;
-    if (Prepare("INSERT OR REPLACE INTO Userdata(Name, Key, Value, Size) VALUES (?, ?, ?, ?)")) {
-        BindText(m_Stmt, 1, name);
-        BindText(m_Stmt, 2, key);
-        BindText(m_Stmt, 3, value);
-        sqlite3_bind_int64(m_Stmt, 4, value.length());
-        ok = StepOnce() ? 1 : 0;
-    }
-    Close();
-    return ok;
+    return SetValue("INSERT OR REPLACE INTO Userdata(Name, Key, Value, Size) VALUES (?, ?, ?, ?)",
+                    LM_WS_CacheParam::UserData, name, key, value);
 }
 
 int CacheMgr::ClearUserData(const LMString& name) {

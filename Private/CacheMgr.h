@@ -63,6 +63,11 @@ private:
     void Close();
     // The checks every data operation starts with; opens the database when they pass.
     bool Begin(const LMString& name, uint32_t bit);
+    // The (Name, Key) -> Value read and write that Service and Userdata share.
+    int GetValue(const char* sql, enum LM_WS_CacheParam::CacheData kind, const LMString& name,
+                 const LMString& key, LMString& value);
+    int SetValue(const char* sql, enum LM_WS_CacheParam::CacheData kind, const LMString& name,
+                 const LMString& key, const LMString& value);
     // Evicts when the kind is over its share (one batch at most).
     void LimitHandler(enum LM_WS_CacheParam::CacheData kind);
     // Prepares `sql` into m_Stmt; false (with nothing prepared) on failure.
