@@ -6,7 +6,31 @@
 #include <cstddef>
 
 #include "LMString.h"
+#include "LM_WS_Records.h"
 #include "LM_WS_Types.h"
+
+// ---- Wire types of the service answers, for the record converters below (LMConverters.cpp). ----
+// Declared, not included, so that users of this header need no generated code.
+class LM1__StandardResponse;
+class LM1__Genre;
+class LM1__ArrayOfGenre;
+class LM1__GenreRequest;
+class LM1__GetGenreLabelResponse;
+class LM1__TitleListing;
+class LM1__ArrayOfTitleListing;
+class LM1__GetTitlesResponse;
+class LM1__ArrayOfGetTitlesResponse;
+class LM1__RecommendedTitlesResponse;
+class LM1__TitleListingResponse;
+class LM1__ArrayOfTitleListingResponse;
+class LM1__TvEpisode;
+class LM1__ArrayOfTvEpisode;
+class LM1__TvEpisodeList;
+class LM1__TranslatedRecboxExternalIdResponse;
+class LM1__TranslateSkuIdResponse;
+class LM1__TitleListingPurchased;
+class LM1__ArrayOfTitleListingPurchased;
+class LM1__GetMyVideosResponse;
 
 class LMUtilities {
 public:
@@ -35,6 +59,62 @@ public:
                                   const LMString& apiKey, const LMString& userName,
                                   const LMString& password, unsigned cacheData,
                                   unsigned cacheLimit);
+
+    // ---- Conversion of service answers into client records (LMConverters.cpp) ----
+    //
+    // Each converter copies the wire object `t` (never null: a null is a programming error and
+    // fails the assertion "t != 0") into the record `r`, which must be cleared or fresh from
+    // LM_WS_InitResult: tags already in `r` are kept, missing ones are allocated, every other
+    // member is overwritten. Texts become heap copies ("" for an absent text); nested lists are
+    // converted element by element. A record with a status but no status on the wire (navigation,
+    // the list of all episode pages, the titles of many genres) gets code 0 and message "".
+
+    // A heap copy of `text`, or a one-byte "" when it is null.
+    static char* CopyText(const char* text);
+    // 1 exactly when `text` is "true" in any mix of case; 0 for anything else or null.
+    static int TextIsTrue(const char* text);
+    // A text answer into the length-and-text record; a null text gives "" and length 0.
+    static void String2LM_WS_LengthAndText(const char* t, LM_WS_LengthAndText* r);
+
+    static void LM1__StandardResponse2LM_WS_StandardResponse(const LM1__StandardResponse* t,
+                                                             LM_WS_StandardResponse* r);
+    static void LM1__Genre2LM_WS_Genre(const LM1__Genre* t, LM_WS_Genre* r);
+    static void LM1__ArrayOfGenre2LM_WS_GenreArray(const LM1__ArrayOfGenre* t, LM_WS_GenreArray* r);
+    static void LM1__GenreRequest2LM_WS_Navigation(const LM1__GenreRequest* t, LM_WS_Navigation* r);
+    static void LM1__GetGenreLabelResponse2LM_WS_GenreLabelResponse(
+        const LM1__GetGenreLabelResponse* t, LM_WS_GenreLabelResponse* r);
+    static void LM1__TitleListing2LM_WS_TitleListing(const LM1__TitleListing* t,
+                                                     LM_WS_TitleListing* r);
+    static void LM1__ArrayOfTitleListing2LM_WS_TitleListingArray(const LM1__ArrayOfTitleListing* t,
+                                                                 LM_WS_TitleListingArray* r);
+    static void LM1__GetTitlesResponse2LM_WS_TitlesResponse(const LM1__GetTitlesResponse* t,
+                                                            LM_WS_TitlesResponse* r);
+    static void LM1__ArrayOfGetTitlesResponse2LM_WS_TitlesResponseArray(
+        const LM1__ArrayOfGetTitlesResponse* t, LM_WS_TitlesResponseArray* r);
+    static void LM1__RecommendedTitlesResponse2LM_WS_RecommendedTitlesResponse(
+        const LM1__RecommendedTitlesResponse* t, LM_WS_RecommendedTitlesResponse* r);
+    static void LM1__TitleListingResponse2LM_WS_TitleListingResponse(
+        const LM1__TitleListingResponse* t, LM_WS_TitleListingResponse* r);
+    static void LM1__ArrayOfTitleListingResponse2LM_WS_TitleListingResponseArray(
+        const LM1__ArrayOfTitleListingResponse* t, LM_WS_TitleListingResponseArray* r);
+    static void LM1__ArrayOfTitleListingResponse2LM_WS_TitleListingResponses(
+        const LM1__ArrayOfTitleListingResponse* t, LM_WS_TitleListingResponses* r);
+    static void LM1__TvEpisode2LM_WS_TvEpisode(const LM1__TvEpisode* t, LM_WS_TvEpisode* r);
+    static void LM1__ArrayOfTvEpisode2LM_WS_TvEpisodeArray(const LM1__ArrayOfTvEpisode* t,
+                                                           LM_WS_TvEpisodeArray* r);
+    static void LM1__TvEpisodeList2LM_WS_TvEpisodeList(const LM1__TvEpisodeList* t,
+                                                       LM_WS_TvEpisodeList* r);
+    static void LM1__TranslateRecboxExternalIDResponse2LM_WS_TranslateRecboxExternalIDResponse(
+        const LM1__TranslatedRecboxExternalIdResponse* t,
+        LM_WS_TranslateRecboxExternalIDResponse* r);
+    static void LM1__TranslateSkuIdResponse2LM_WS_TranslateSkuIDResponse(
+        const LM1__TranslateSkuIdResponse* t, LM_WS_TranslateSkuIDResponse* r);
+    static void LM1__TitleListingPurchased2LM_WS_TitleListingPurchased(
+        const LM1__TitleListingPurchased* t, LM_WS_TitleListingPurchased* r);
+    static void LM1__ArrayOfTitleListingPurchased2LM_WS_TitleListingPurchasedArray(
+        const LM1__ArrayOfTitleListingPurchased* t, LM_WS_TitleListingPurchasedArray* r);
+    static void LM1__GetMyVideosResponse2LM_WS_MyVideosResponse(const LM1__GetMyVideosResponse* t,
+                                                                LM_WS_MyVideosResponse* r);
 };
 
 #endif  // LM_UTILITIES_H
