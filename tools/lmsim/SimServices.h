@@ -118,13 +118,10 @@ private:
     const SimState& m_State;
 };
 
+// Account and download operations are not modelled yet: every one answers empty success.
 class SimDownloadAPI : public DefaultDownloadAPISoap12 {
 public:
-    SimDownloadAPI(struct soap* soap, const SimState& state)
-        : DefaultDownloadAPISoap12(soap), m_State(state) {}
-
-private:
-    const SimState& m_State;
+    SimDownloadAPI(struct soap* soap, const SimState& /*state*/) : DefaultDownloadAPISoap12(soap) {}
 };
 
 }  // namespace lmsim
