@@ -31,6 +31,7 @@ class LM1__TranslateSkuIdResponse;
 class LM1__TitleListingPurchased;
 class LM1__ArrayOfTitleListingPurchased;
 class LM1__GetMyVideosResponse;
+struct soap;
 
 class LMUtilities {
 public:
@@ -59,6 +60,17 @@ public:
                                   const LMString& apiKey, const LMString& userName,
                                   const LMString& password, unsigned cacheData,
                                   unsigned cacheLimit);
+
+    // ---- Service base URL (LMServiceBaseURL.cpp) ----
+    //
+    // The base URL for content type `type` (1 adult catalogue, else general). EnvNum 0, 1 and 2
+    // pick the environment table's entry directly, without the network. Any other EnvNum asks
+    // the service over `so`'s connection callback (TLS and proxy settings apply): the one-digit
+    // answer names the environment, anything else means production (2). `envID` receives the
+    // environment used; when no connection can be made the result is "" and `envID` is left
+    // alone. The hosts come from LMDeployment::FromEnvironment().
+    static LMString QueryServiceBaseURL(int type, struct soap* so, const char* DestinationUniqueID,
+                                        int DestinationTypeID, unsigned EnvNum, int& envID);
 
     // ---- Conversion of service answers into client records (LMConverters.cpp) ----
     //

@@ -315,6 +315,20 @@ typedef struct LM_WS_MyVideosResponse {
     int16_t TotalItems;
 } LM_WS_MyVideosResponse;
 
+/* ---- File type ----
+ *
+ * The file type of an account (LM_WS_getFileType). It owns nothing and carries no tag: the
+ * caller keeps it by value and never passes it to LM_WS_InitResult or LM_WS_FreeResult. The
+ * members hold the service's enumeration values as they are. */
+typedef struct LM_WS_FileType {
+    int32_t DRMProvider;
+    int32_t AccessType; /* 1 download, 2 stream, 0 unknown */
+    int32_t FileProfile;
+    int32_t VideoFormat;
+    int32_t FileExtension;
+} LM_WS_FileType;
+/* ---- end of file type ---- */
+
 /* Clears `record` and allocates its tag and the tag of its tagged array, if it has one, so that
  * the record can be released whatever happens next. `record` must point to the struct that
  * `type` names; anything it held before is overwritten, not released. */

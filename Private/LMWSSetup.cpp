@@ -1,0 +1,332 @@
+// Set-up and teardown of the client, and the operations set-up itself calls.
+#include <openssl/err.h>
+#include <openssl/pem.h>
+#include <openssl/ssl.h>
+#include <signal.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "LMDeployment.h"
+#include "LMFile.h"
+#include "LMLog.h"
+#include "LMUtilities.h"
+#include "LMWSClient.h"
+#include "LM_WS.h"
+#include "cacerts.h"
+
+namespace {
+
+LMLogArea g_LogArea("soap_proxy");
+
+const uint32_t kMaxDestinationUniqueID = 350;
+const uint32_t kMinCacheLimit = 358400;
+const uint32_t kSetupRefreshMask = LM_WS_CacheParam::Service | LM_WS_CacheParam::UserData;
+
+// The TLS library is initialised once per process. A peer that drops a TLS connection raises
+// SIGPIPE on the next write; the device client must survive that, so the signal is ignored here
+// too. OpenSSL releases its own state at process exit.
+struct TlsLibrary {
+    TlsLibrary() {
+        signal(SIGPIPE, SIG_IGN);
+        soap_ssl_init();
+    }
+};
+
+void InitTlsOnce() {
+    static const TlsLibrary library;
+    (void)library;
+}
+
+bool IsEmpty(const char* text) {
+    return text == nullptr || text[0] == 0;
+}
+
+LMString Text(const char* text) {
+    return LMString(text != nullptr ? text : "");
+}
+
+// A TLS client context that trusts the toolkit's built-in public roots and, when the deployment
+// names one, every certificate of an extra PEM file. Peer verification stays on.
+bool TrustRoots(struct soap* soap, const LMString& caFile) {
+    if (soap_ssl_client_cacerts(soap) != SOAP_OK || soap->ctx == nullptr) {
+        return false;
+    }
+    if (caFile.empty()) {
+        return true;
+    }
+    BIO* bio = BIO_new_file(caFile.c_str(), "r");
+    if (bio == nullptr) {
+        return false;
+    }
+    X509_STORE* store = SSL_CTX_get_cert_store(soap->ctx);
+    int added = 0;
+    while (X509* cert = PEM_read_bio_X509(bio, nullptr, nullptr, nullptr)) {
+        if (X509_STORE_add_cert(store, cert) == 1) {
+            ++added;
+        }
+        X509_free(cert);
+    }
+    ERR_clear_error();  // the end of the file reads as an error
+    BIO_free(bio);
+    return added > 0;
+}
+
+LMString BuildUserAgent(const LM_WS_SetupParams2& p) {
+    LMString agent;
+    if (!p.ApplicationRevision.empty() || !p.firmwareVersion.empty()) {
+        agent = LMString("LMSDK: ") + p.firmwareVersion + "|" + p.ApplicationRevision;
+    }
+    if (!p.modelNumber.empty()) {
+        agent.append(" LMMODEL:");
+        agent.append(p.modelNumber);
+    }
+    return agent;
+}
+
+// Steps 2 to 14 of the set-up on a freshly allocated client.
+LM_WS_Status Build(LM_WS_Handle* handle, LMWSClient& client, const LM_WS_SetupParams& in) {
+    LM_WS_SetupParams2& p = client.m_Params;
+
+    if (IsEmpty(in.APIKey) || IsEmpty(in.DestinationUniqueID) || IsEmpty(in.UserName) ||
+        IsEmpty(in.Password) ||
+        (in.CacheType == LM_WS_CacheParam::File && in.CachePath == nullptr)) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    if (strlen(in.DestinationUniqueID) > kMaxDestinationUniqueID) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    if (in.CacheType != LM_WS_CacheParam::None) {
+        if (in.CacheLimit != 0 && in.CacheLimit < kMinCacheLimit) {
+            return LM_WS_INVALID_ARGUMENT;
+        }
+        if (in.CacheType == LM_WS_CacheParam::File) {
+            const char* folder = in.CachePath[0] != 0 ? in.CachePath : ".";
+            if (!LMFile::FolderExist(folder) && !LMFile::CreateFolder(folder)) {
+                return LM_WS_CACHE_FOLDER_FAILED;
+            }
+        }
+    }
+
+    p.APIKey = in.APIKey;
+    p.AuthToken = Text(in.AuthToken);
+    p.DestinationUniqueID = in.DestinationUniqueID;
+    p.DestinationTypeID = in.DestinationTypeID;
+    p.UserName = in.UserName;
+    p.Password = in.Password;
+    p.SendTimeout = 30;
+    p.RecvTimeout = 88;
+    if (!IsEmpty(in.ProxyHost)) {
+        p.ProxyHost = in.ProxyHost;
+        p.ProxyPort = in.ProxyPort;
+        p.ProxyUserName = Text(in.ProxyUserName);
+        p.ProxyPassword = Text(in.ProxyPassword);
+    }
+    p.Cache.CacheType = in.CacheType;
+    p.Cache.CacheData = in.CacheData;
+    p.Cache.CacheLimit = in.CacheLimit;
+
+    if (in.CacheType == LM_WS_CacheParam::File) {
+        // The base URL is not known yet, so its hash in the name is that of "" (0).
+        p.Cache.CachePath = LMUtilities::CacheFileName(
+            LMString(in.CachePath), p.ServiceBaseURL, p.DestinationUniqueID, p.DestinationTypeID,
+            p.APIKey, p.UserName, p.Password, p.Cache.CacheData, p.Cache.CacheLimit);
+    }
+
+    InitTlsOnce();
+    const LMString caFile = LMDeployment::FromEnvironment().caFile;
+    struct soap* contexts[] = {client.m_RealTimeBrowse.soap, client.m_StreamAPI.soap,
+                               client.m_DownloadAPI.soap};
+    for (struct soap* soap : contexts) {
+        if (!TrustRoots(soap, caFile)) {
+            return LM_WS_SSL_SETUP_FAILED;
+        }
+        // The environment query below runs before SetParams: bound its waits as well.
+        soap->connect_timeout = soap->send_timeout = p.SendTimeout;
+        soap->recv_timeout = p.RecvTimeout;
+    }
+
+    p.ServiceBaseURL =
+        LMUtilities::QueryServiceBaseURL(in.Type, client.m_StreamAPI.soap, in.DestinationUniqueID,
+                                         in.DestinationTypeID, in.EnvNum, p.EnvID);
+    if (p.ServiceBaseURL.empty()) {
+        return LM_WS_NO_CONNECTION;
+    }
+
+    p.ApplicationRevision = Text(in.ApplicationRevision);
+    p.firmwareVersion = Text(in.firmwareVersion);
+    p.modelNumber = Text(in.modelNumber);
+    p.UserAgent = BuildUserAgent(p);
+    if (!p.UserAgent.empty()) {
+        printf("\n***---> User-Agent = %s", p.UserAgent.c_str());
+    }
+
+    int rc = client.m_RealTimeBrowse.SetParams(&p);
+    if (rc == SOAP_OK) {
+        rc = client.m_StreamAPI.SetParams(&p);
+    }
+    if (rc == SOAP_OK) {
+        rc = client.m_DownloadAPI.SetParams(&p);
+    }
+    if (rc != SOAP_OK) {
+        return LMUtilities::MakeStatus(rc, 0, nullptr);
+    }
+
+    LM_WS_AccessType access = in.AccessType;
+    if (access != 1 && access != 2) {
+        LM_WS_FileType fileType;
+        access = LM_WS_getFileType(handle, &fileType) == LM_WS_OK ? fileType.AccessType : 0;
+    }
+    p.AccessType = access;
+    client.m_StreamDownloadAPI.Init(&client.m_StreamAPI, &client.m_DownloadAPI, access);
+
+    if (p.Cache.CacheType == LM_WS_CacheParam::None) {
+        return LM_WS_OK;
+    }
+
+    client.m_CacheMgr = new CacheMgr();
+    if (client.m_CacheMgr->Init(p.Cache) != 0) {
+        const char* file = p.Cache.CachePath.c_str();
+        if (p.Cache.CachePath.empty() || !LMFile::Exist(file) || !LMFile::Remove(file) ||
+            client.m_CacheMgr->Init(p.Cache) != 0) {
+            return LM_WS_CACHE_OPEN_FAILED;
+        }
+    }
+    client.RefreshCache(kSetupRefreshMask, handle);
+    return LM_WS_OK;
+}
+
+}  // namespace
+
+void LMWSClient::RefreshCache(uint32_t mask, LM_WS_Handle* handle) {
+    if (m_CacheMgr == nullptr || m_Params.Cache.CacheType == LM_WS_CacheParam::None ||
+        (mask & m_Params.Cache.CacheData) == 0) {
+        return;
+    }
+    const uint32_t bits = mask & m_Params.Cache.CacheData;
+    if (bits & LM_WS_CacheParam::Service) {
+        LM_WS_LengthAndText time;
+        if (LM_WS_getLastCacheLoadTimeUTC(handle, &time) == LM_WS_OK) {
+            m_CacheMgr->SetLastLoadTime(LMString(time.Text, time.Length));
+        }
+        LM_WS_FreeResult(&time);
+    }
+    if (bits & LM_WS_CacheParam::BoxArt) {
+        m_CacheMgr->InvalidateBoxArt();
+    }
+    if (bits & LM_WS_CacheParam::UserData) {
+        m_CacheMgr->ClearUserData(LMString(""));
+    }
+}
+
+extern "C" {
+
+LM_WS_Status LM_WS_Setup(LM_WS_Handle* handle, const LM_WS_SetupParams* params) {
+    if (handle == nullptr || params == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    LM_WS_Teardown(handle);
+    handle->Type = static_cast<int32_t*>(malloc(sizeof(int32_t)));
+    if (handle->Type == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    *handle->Type = 1;
+    LMWSClient* client = new LMWSClient();
+    handle->Client = client;
+    LM_WS_Status status = Build(handle, *client, *params);
+    if (status != LM_WS_OK) {
+        LM_WS_Teardown(handle);
+    }
+    return status;
+}
+
+void LM_WS_Teardown(LM_WS_Handle* handle) {
+    if (handle == nullptr) {
+        return;
+    }
+    delete static_cast<LMWSClient*>(handle->Client);
+    handle->Client = nullptr;
+    free(handle->Type);
+    handle->Type = nullptr;
+}
+
+LM_WS_Status LM_WS_getUserAgent(LM_WS_Handle* handle, LM_WS_LengthAndText* result) {
+    if (result == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    LM_WS_InitResult(result, LM_WS_ResultLengthAndText);
+    LMWSClient* client = LMWSClient::From(handle);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    LMUtilities::String2LM_WS_LengthAndText(client->m_Params.UserAgent.c_str(), result);
+    LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s,User Agent:%s\n", "LM_WS_getUserAgent",
+                 result->Text);
+    return LM_WS_OK;
+}
+
+LM_WS_Status LM_WS_getLastCacheLoadTimeUTC(LM_WS_Handle* handle, LM_WS_LengthAndText* result) {
+    if (result == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    LM_WS_InitResult(result, LM_WS_ResultLengthAndText);
+    LMWSClient* client = LMWSClient::From(handle);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    RealTimeBrowse& proxy = client->m_RealTimeBrowse;
+    int rc = proxy.Setup(LMString("getLastCacheLoadTimeUTC"));
+    if (rc == SOAP_OK) {
+        _LM1__getLastCacheLoadTimeUTC request;
+        _LM1__getLastCacheLoadTimeUTCResponse response;
+        rc = proxy.getLastCacheLoadTimeUTC(&request, response);
+        if (rc == SOAP_OK) {
+            LMUtilities::String2LM_WS_LengthAndText(response.getLastCacheLoadTimeUTCResult, result);
+        }
+    }
+    LM_WS_Status status = LMUtilities::MakeStatus(rc, 0, nullptr);
+    LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d,utctime:%s\n",
+                 "LM_WS_getLastCacheLoadTimeUTC", status,
+                 result->Text != nullptr ? result->Text : "");
+    proxy.destroy();
+    return status;
+}
+
+LM_WS_Status LM_WS_getFileType(LM_WS_Handle* handle, LM_WS_FileType* result) {
+    if (result == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    memset(result, 0, sizeof(*result));
+    LMWSClient* client = LMWSClient::From(handle);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    RealTimeBrowse& proxy = client->m_RealTimeBrowse;
+    int rc = proxy.Setup(LMString("getFileType"));
+    LM_WS_Status status = LM_WS_OK;
+    if (rc == SOAP_OK) {
+        _LM1__getFileType request;
+        _LM1__getFileTypeResponse response;
+        rc = proxy.getFileType(&request, response);
+        const LM1__FileType* t = response.getFileTypeResult;
+        if (rc == SOAP_OK && t == nullptr) {
+            status = LM_WS_RESPONSE_CODE;  // an answer without a file type
+        } else if (rc == SOAP_OK) {
+            result->DRMProvider = t->File_USCOREDRMProvider;
+            result->AccessType = t->File_USCOREAccessType;
+            result->FileProfile = t->File_USCOREFileProfile;
+            result->VideoFormat = t->File_USCOREVideoFormat;
+            result->FileExtension = t->File_USCOREFileExtension;
+            client->m_Params.AccessType = result->AccessType;
+        }
+    }
+    if (rc != SOAP_OK) {
+        status = LMUtilities::MakeStatus(rc, 0, nullptr);
+    }
+    LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d\n", "LM_WS_getFileType", status);
+    proxy.destroy();
+    return status;
+}
+
+}  // extern "C"
