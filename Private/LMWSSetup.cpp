@@ -18,7 +18,7 @@
 
 namespace {
 
-LMLogArea g_LogArea("soap_proxy");
+LMLogArea g_LogArea(LMWS_SoapProxyLOG_AREA_NAME);
 
 const uint32_t kMaxDestinationUniqueID = 350;
 const uint32_t kMinCacheLimit = 358400;
