@@ -40,10 +40,9 @@ int EnvironmentOf(const char* answer) {
 
 }  // namespace
 
-LMString LMUtilities::QueryServiceBaseURL(int type, struct soap* so,
+LMString LMUtilities::QueryServiceBaseURL(const LMDeployment& deployment, int type, struct soap* so,
                                           const char* DestinationUniqueID, int DestinationTypeID,
                                           unsigned EnvNum, int& envID) {
-    const LMDeployment deployment = LMDeployment::FromEnvironment();
     const EnvironmentTable table(deployment);
     const int column = type == 1 ? 1 : 0;
 

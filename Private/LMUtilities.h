@@ -33,6 +33,8 @@ class LM1__ArrayOfTitleListingPurchased;
 class LM1__GetMyVideosResponse;
 struct soap;
 
+struct LMDeployment;
+
 class LMUtilities {
 public:
     // The status of an operation from the SOAP runtime's error code, the service's response code
@@ -68,9 +70,10 @@ public:
     // the service over `so`'s connection callback (TLS and proxy settings apply): the one-digit
     // answer names the environment, anything else means production (2). `envID` receives the
     // environment used; when no connection can be made the result is "" and `envID` is left
-    // alone. The hosts come from LMDeployment::FromEnvironment().
-    static LMString QueryServiceBaseURL(int type, struct soap* so, const char* DestinationUniqueID,
-                                        int DestinationTypeID, unsigned EnvNum, int& envID);
+    // alone. The hosts and the HTTPS port come from `deployment`, read once at set-up.
+    static LMString QueryServiceBaseURL(const LMDeployment& deployment, int type, struct soap* so,
+                                        const char* DestinationUniqueID, int DestinationTypeID,
+                                        unsigned EnvNum, int& envID);
 
     // ---- Conversion of service answers into client records (LMConverters.cpp) ----
     //

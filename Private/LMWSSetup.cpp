@@ -135,11 +135,11 @@ LM_WS_Status Build(LM_WS_Handle* handle, LMWSClient& client, const LM_WS_SetupPa
     }
 
     InitTlsOnce();
-    const LMString caFile = LMDeployment::FromEnvironment().caFile;
+    p.Deployment = LMDeployment::FromEnvironment();
     struct soap* contexts[] = {client.m_RealTimeBrowse.soap, client.m_StreamAPI.soap,
                                client.m_DownloadAPI.soap};
     for (struct soap* soap : contexts) {
-        if (!TrustRoots(soap, caFile)) {
+        if (!TrustRoots(soap, p.Deployment.caFile)) {
             return LM_WS_SSL_SETUP_FAILED;
         }
         // The environment query below runs before SetParams: bound its waits as well.
@@ -147,9 +147,9 @@ LM_WS_Status Build(LM_WS_Handle* handle, LMWSClient& client, const LM_WS_SetupPa
         soap->recv_timeout = p.RecvTimeout;
     }
 
-    p.ServiceBaseURL =
-        LMUtilities::QueryServiceBaseURL(in.Type, client.m_StreamAPI.soap, in.DestinationUniqueID,
-                                         in.DestinationTypeID, in.EnvNum, p.EnvID);
+    p.ServiceBaseURL = LMUtilities::QueryServiceBaseURL(
+        p.Deployment, in.Type, client.m_StreamAPI.soap, in.DestinationUniqueID,
+        in.DestinationTypeID, in.EnvNum, p.EnvID);
     if (p.ServiceBaseURL.empty()) {
         return LM_WS_NO_CONNECTION;
     }

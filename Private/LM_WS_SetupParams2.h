@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "LMDeployment.h"
 #include "LMString.h"
 #include "LM_WS.h"
 #include "LM_WS_Types.h"
@@ -33,6 +34,9 @@ struct LM_WS_SetupParams2 {
     LMString firmwareVersion;
     LMString UserAgent;
     LMString modelNumber;
+    // Hosts, ports and the extra CA file, read from the environment once, at set-up; every
+    // later connection of this client uses these.
+    LMDeployment Deployment;
 };
 
 #endif  // LM_WS_SETUP_PARAMS2_H
