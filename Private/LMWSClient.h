@@ -6,6 +6,7 @@
 #include "CacheMgr.h"
 #include "DownloadAPI.h"
 #include "LM_WS.h"
+#include "LM_WS_Records.h"
 #include "LM_WS_SetupParams2.h"
 #include "RealTimeBrowse.h"
 #include "StreamAPI.h"
@@ -27,6 +28,24 @@ struct LMWSClient {
     // The client of a handle, or null when the handle holds none.
     static LMWSClient* From(LM_WS_Handle* handle) {
         return handle != nullptr ? static_cast<LMWSClient*>(handle->Client) : nullptr;
+    }
+
+    // The first step of every operation: clear the caller's record and give it its tag (so that
+    // even a failed call leaves a record that can be released), then find the handle's client.
+    // Null when the record or the client is missing; the operation then returns -1000.
+    static LMWSClient* Begin(LM_WS_Handle* handle, void* result, LM_WS_ResultType type) {
+        if (result == nullptr) {
+            return nullptr;
+        }
+        LM_WS_InitResult(result, type);
+        return From(handle);
+    }
+
+    // The access type in use, kept in the parameter block and in the facade that picks the
+    // service of the shared operations: they must never disagree.
+    void SetAccessType(LM_WS_AccessType type) {
+        m_Params.AccessType = type;
+        m_StreamDownloadAPI.Init(&m_StreamAPI, &m_DownloadAPI, type);
     }
 
     // Refreshes the cache for the bits of `mask` that CacheData has: 1 the catalogue load time,

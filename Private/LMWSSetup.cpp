@@ -178,8 +178,7 @@ LM_WS_Status Build(LM_WS_Handle* handle, LMWSClient& client, const LM_WS_SetupPa
         LM_WS_FileType fileType;
         access = LM_WS_getFileType(handle, &fileType) == LM_WS_OK ? fileType.AccessType : 0;
     }
-    p.AccessType = access;
-    client.m_StreamDownloadAPI.Init(&client.m_StreamAPI, &client.m_DownloadAPI, access);
+    client.SetAccessType(access);
 
     if (p.Cache.CacheType == LM_WS_CacheParam::None) {
         return LM_WS_OK;
@@ -252,11 +251,7 @@ void LM_WS_Teardown(LM_WS_Handle* handle) {
 }
 
 LM_WS_Status LM_WS_getUserAgent(LM_WS_Handle* handle, LM_WS_LengthAndText* result) {
-    if (result == nullptr) {
-        return LM_WS_INVALID_ARGUMENT;
-    }
-    LM_WS_InitResult(result, LM_WS_ResultLengthAndText);
-    LMWSClient* client = LMWSClient::From(handle);
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultLengthAndText);
     if (client == nullptr) {
         return LM_WS_INVALID_ARGUMENT;
     }
@@ -267,11 +262,7 @@ LM_WS_Status LM_WS_getUserAgent(LM_WS_Handle* handle, LM_WS_LengthAndText* resul
 }
 
 LM_WS_Status LM_WS_getLastCacheLoadTimeUTC(LM_WS_Handle* handle, LM_WS_LengthAndText* result) {
-    if (result == nullptr) {
-        return LM_WS_INVALID_ARGUMENT;
-    }
-    LM_WS_InitResult(result, LM_WS_ResultLengthAndText);
-    LMWSClient* client = LMWSClient::From(handle);
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultLengthAndText);
     if (client == nullptr) {
         return LM_WS_INVALID_ARGUMENT;
     }
@@ -318,7 +309,7 @@ LM_WS_Status LM_WS_getFileType(LM_WS_Handle* handle, LM_WS_FileType* result) {
             result->FileProfile = t->File_USCOREFileProfile;
             result->VideoFormat = t->File_USCOREVideoFormat;
             result->FileExtension = t->File_USCOREFileExtension;
-            client->m_Params.AccessType = result->AccessType;
+            client->SetAccessType(result->AccessType);
         }
     }
     if (rc != SOAP_OK) {

@@ -399,6 +399,21 @@ TEST(LMWSSetupService, AccessTypeFromTheServiceWhenNotGiven) {
     }
 }
 
+TEST(LMWSSetupService, ALaterFileTypeAnswerMovesTheFacadeToo) {
+    LmsimProcess sim({"--access-type", "1"});
+    ASSERT_TRUE(sim.Ready());
+    PointAt(sim);
+    Params params;
+    params.p.AccessType = 2;  // given: streaming, no query at set-up
+    Client client;
+    ASSERT_EQ(client.Setup(params), LM_WS_OK);
+    LM_WS_FileType fileType;
+    ASSERT_EQ(LM_WS_getFileType(&client.h, &fileType), LM_WS_OK);
+    EXPECT_EQ(client.Block().AccessType, 1);
+    struct soap& used = client.Context()->m_StreamDownloadAPI;
+    EXPECT_EQ(&used, client.Context()->m_DownloadAPI.soap);
+}
+
 TEST(LMWSSetupService, GivenAccessTypeIsKeptAndAFailedQueryGivesZero) {
     NoServer();
     Params params;
