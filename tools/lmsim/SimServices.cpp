@@ -282,14 +282,15 @@ int CatalogueAnswers::ShouldUpdateCache(const char* utcTime) {
     return utcTime != nullptr && catalogue().LastLoadTime() == utcTime ? 0 : 1;
 }
 
-namespace {
-std::vector<int> Ints(const LM1__ArrayOfInt* ids) {
+std::vector<int> CatalogueAnswers::Ints(const LM1__ArrayOfInt* ids) {
     std::vector<int> out;
     if (ids != nullptr) {
         out.assign(ids->int_, ids->int_ + ids->__sizeint);
     }
     return out;
 }
+
+namespace {
 
 std::vector<int> CsvInts(const char* csv) {
     std::vector<int> out;
@@ -318,21 +319,10 @@ int SimRealTimeBrowse::getNavigation(_LM1__getNavigation*, _LM1__getNavigationRe
     return SOAP_OK;
 }
 
-int SimRealTimeBrowse::searchForTitle(_LM1__searchForTitle* in, _LM1__searchForTitleResponse& out) {
-    out.searchForTitleResult = Answers().Search(in->Query, in->ItemsPerPage, in->CurrentPageNumber,
-                                                in->PurchaseType, in->TitleType);
-    return SOAP_OK;
-}
-
 int SimRealTimeBrowse::searchForTitleDetail(_LM1__searchForTitleDetail* in,
                                             _LM1__searchForTitleDetailResponse& out) {
     out.searchForTitleDetailResult = Answers().Search(
         in->Query, in->ItemsPerPage, in->CurrentPageNumber, in->PurchaseType, in->TitleType);
-    return SOAP_OK;
-}
-
-int SimRealTimeBrowse::getGenreLabel(_LM1__getGenreLabel* in, _LM1__getGenreLabelResponse& out) {
-    out.getGenreLabelResult = Answers().GenreLabel(in->GenreID);
     return SOAP_OK;
 }
 
@@ -343,44 +333,10 @@ int SimRealTimeBrowse::getTitlesByNavigation(_LM1__getTitlesByNavigation* in,
     return SOAP_OK;
 }
 
-int SimRealTimeBrowse::getTitlesByGenreArray(_LM1__getTitlesByGenreArray* in,
-                                             _LM1__getTitlesByGenreArrayResponse& out) {
-    out.getTitlesByGenreArrayResult = Answers().TitlesInGenres(
-        Ints(in->GenreIDs), in->CurrentPageNumber, in->ItemsPerPage, in->PurchaseType);
-    return SOAP_OK;
-}
-
-int SimRealTimeBrowse::getTitleListing(_LM1__getTitleListing* in,
-                                       _LM1__getTitleListingResponse& out) {
-    out.getTitleListingResult =
-        Answers().TitleListing(m_State.catalogue.FindTitle(in->TitleID), nullptr);
-    return SOAP_OK;
-}
-
 int SimRealTimeBrowse::getTitleListingByAsset(_LM1__getTitleListingByAsset* in,
                                               _LM1__getTitleListingByAssetResponse& out) {
     out.getTitleListingByAssetResult =
         Answers().TitleListing(m_State.catalogue.FindByAsset(in->AssetID), nullptr);
-    return SOAP_OK;
-}
-
-int SimRealTimeBrowse::getTvEpisodeListByTitleID(_LM1__getTvEpisodeListByTitleID* in,
-                                                 _LM1__getTvEpisodeListByTitleIDResponse& out) {
-    out.getTvEpisodeListByTitleIDResult = Answers().EpisodeList(in->TitleID);
-    return SOAP_OK;
-}
-
-int SimRealTimeBrowse::getTvEpisodeListing(_LM1__getTvEpisodeListing* in,
-                                           _LM1__getTvEpisodeListingResponse& out) {
-    const Episode* episode = nullptr;
-    const Title* series = m_State.catalogue.FindEpisode(in->EpisodeID, &episode);
-    out.getTvEpisodeListingResult = Answers().TitleListing(series, episode);
-    return SOAP_OK;
-}
-
-int SimRealTimeBrowse::getAllTvEpisodeListings(_LM1__getAllTvEpisodeListings* in,
-                                               _LM1__getAllTvEpisodeListingsResponse& out) {
-    out.getAllTvEpisodeListingsResult = Answers().AllEpisodeListings(in->TitleID);
     return SOAP_OK;
 }
 
@@ -392,18 +348,6 @@ int SimRealTimeBrowse::translateRecboxExternalId(_LM1__translateRecboxExternalId
 
 int SimRealTimeBrowse::translateSkuId(_LM1__translateSkuId* in, _LM1__translateSkuIdResponse& out) {
     out.translateSkuIdResult = Answers().TranslateSku(in->SkuId);
-    return SOAP_OK;
-}
-
-int SimRealTimeBrowse::shouldUpdateCache(_LM1__shouldUpdateCache* in,
-                                         _LM1__shouldUpdateCacheResponse& out) {
-    out.shouldUpdateCacheResult = Answers().ShouldUpdateCache(in->UTCTime);
-    return SOAP_OK;
-}
-
-int SimRealTimeBrowse::getLastCacheLoadTimeUTC(_LM1__getLastCacheLoadTimeUTC*,
-                                               _LM1__getLastCacheLoadTimeUTCResponse& out) {
-    out.getLastCacheLoadTimeUTCResult = Answers().LastLoadTime();
     return SOAP_OK;
 }
 
@@ -421,17 +365,6 @@ int SimStreamAPI::getStreamingNavigation(_LM1__getStreamingNavigation*,
     return SOAP_OK;
 }
 
-int SimStreamAPI::searchForTitle(_LM1__searchForTitle* in, _LM1__searchForTitleResponse& out) {
-    out.searchForTitleResult = Answers().Search(in->Query, in->ItemsPerPage, in->CurrentPageNumber,
-                                                in->PurchaseType, in->TitleType);
-    return SOAP_OK;
-}
-
-int SimStreamAPI::getGenreLabel(_LM1__getGenreLabel* in, _LM1__getGenreLabelResponse& out) {
-    out.getGenreLabelResult = Answers().GenreLabel(in->GenreID);
-    return SOAP_OK;
-}
-
 int SimStreamAPI::getTitlesByGenreCSV(_LM1__getTitlesByGenreCSV* in,
                                       _LM1__getTitlesByGenreCSVResponse& out) {
     out.getTitlesByGenreCSVResult = Answers().TitlesInGenres(
@@ -439,55 +372,10 @@ int SimStreamAPI::getTitlesByGenreCSV(_LM1__getTitlesByGenreCSV* in,
     return SOAP_OK;
 }
 
-int SimStreamAPI::getTitlesByGenreArray(_LM1__getTitlesByGenreArray* in,
-                                        _LM1__getTitlesByGenreArrayResponse& out) {
-    out.getTitlesByGenreArrayResult = Answers().TitlesInGenres(
-        Ints(in->GenreIDs), in->CurrentPageNumber, in->ItemsPerPage, in->PurchaseType);
-    return SOAP_OK;
-}
-
 int SimStreamAPI::getTitlesByStreamingNavigation(
     _LM1__getTitlesByStreamingNavigation* in, _LM1__getTitlesByStreamingNavigationResponse& out) {
     out.getTitlesByStreamingNavigationResult = Answers().TitlesInGenre(
         in->GenreID, in->CurrentPageNumber, in->ItemsPerPage, in->PurchaseType);
-    return SOAP_OK;
-}
-
-int SimStreamAPI::getTitleListing(_LM1__getTitleListing* in, _LM1__getTitleListingResponse& out) {
-    out.getTitleListingResult =
-        Answers().TitleListing(m_State.catalogue.FindTitle(in->TitleID), nullptr);
-    return SOAP_OK;
-}
-
-int SimStreamAPI::getTvEpisodeListByTitleID(_LM1__getTvEpisodeListByTitleID* in,
-                                            _LM1__getTvEpisodeListByTitleIDResponse& out) {
-    out.getTvEpisodeListByTitleIDResult = Answers().EpisodeList(in->TitleID);
-    return SOAP_OK;
-}
-
-int SimStreamAPI::getTvEpisodeListing(_LM1__getTvEpisodeListing* in,
-                                      _LM1__getTvEpisodeListingResponse& out) {
-    const Episode* episode = nullptr;
-    const Title* series = m_State.catalogue.FindEpisode(in->EpisodeID, &episode);
-    out.getTvEpisodeListingResult = Answers().TitleListing(series, episode);
-    return SOAP_OK;
-}
-
-int SimStreamAPI::getAllTvEpisodeListings(_LM1__getAllTvEpisodeListings* in,
-                                          _LM1__getAllTvEpisodeListingsResponse& out) {
-    out.getAllTvEpisodeListingsResult = Answers().AllEpisodeListings(in->TitleID);
-    return SOAP_OK;
-}
-
-int SimStreamAPI::shouldUpdateCache(_LM1__shouldUpdateCache* in,
-                                    _LM1__shouldUpdateCacheResponse& out) {
-    out.shouldUpdateCacheResult = Answers().ShouldUpdateCache(in->UTCTime);
-    return SOAP_OK;
-}
-
-int SimStreamAPI::getLastCacheLoadTimeUTC(_LM1__getLastCacheLoadTimeUTC*,
-                                          _LM1__getLastCacheLoadTimeUTCResponse& out) {
-    out.getLastCacheLoadTimeUTCResult = Answers().LastLoadTime();
     return SOAP_OK;
 }
 

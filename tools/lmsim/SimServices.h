@@ -38,6 +38,7 @@ public:
     int ShouldUpdateCache(const char* utcTime);
 
     const Catalogue& catalogue() const { return m_State.catalogue; }
+    static std::vector<int> Ints(const LM1__ArrayOfInt* ids);
 
 private:
     char* Text(const std::string& s);
@@ -49,73 +50,96 @@ private:
     const SimState& m_State;
 };
 
-class SimRealTimeBrowse : public DefaultRealTimeBrowseSoap12 {
+// The catalogue operations that RealTimeBrowse and StreamAPI both offer with the same request
+// and response elements: one implementation over either generated service class.
+template <class Service>
+class SimCatalogueService : public Service {
 public:
-    SimRealTimeBrowse(struct soap* soap, const SimState& state)
-        : DefaultRealTimeBrowseSoap12(soap), m_State(state) {}
+    SimCatalogueService(struct soap* soap, const SimState& state) : Service(soap), m_State(state) {}
 
-    int getFileType(_LM1__getFileType*, _LM1__getFileTypeResponse&) override;
-    int getNavigation(_LM1__getNavigation*, _LM1__getNavigationResponse&) override;
-    int searchForTitle(_LM1__searchForTitle*, _LM1__searchForTitleResponse&) override;
-    int searchForTitleDetail(_LM1__searchForTitleDetail*,
-                             _LM1__searchForTitleDetailResponse&) override;
-    int getGenreLabel(_LM1__getGenreLabel*, _LM1__getGenreLabelResponse&) override;
-    int getTitlesByNavigation(_LM1__getTitlesByNavigation*,
-                              _LM1__getTitlesByNavigationResponse&) override;
-    int getTitlesByGenreArray(_LM1__getTitlesByGenreArray*,
-                              _LM1__getTitlesByGenreArrayResponse&) override;
-    int getTitleListing(_LM1__getTitleListing*, _LM1__getTitleListingResponse&) override;
-    int getTitleListingByAsset(_LM1__getTitleListingByAsset*,
-                               _LM1__getTitleListingByAssetResponse&) override;
-    int getTvEpisodeListByTitleID(_LM1__getTvEpisodeListByTitleID*,
-                                  _LM1__getTvEpisodeListByTitleIDResponse&) override;
-    int getTvEpisodeListing(_LM1__getTvEpisodeListing*,
-                            _LM1__getTvEpisodeListingResponse&) override;
-    int getAllTvEpisodeListings(_LM1__getAllTvEpisodeListings*,
-                                _LM1__getAllTvEpisodeListingsResponse&) override;
-    int translateRecboxExternalId(_LM1__translateRecboxExternalId*,
-                                  _LM1__translateRecboxExternalIdResponse&) override;
-    int translateSkuId(_LM1__translateSkuId*, _LM1__translateSkuIdResponse&) override;
-    int shouldUpdateCache(_LM1__shouldUpdateCache*, _LM1__shouldUpdateCacheResponse&) override;
+    int searchForTitle(_LM1__searchForTitle* in, _LM1__searchForTitleResponse& out) override {
+        out.searchForTitleResult = Answers().Search(
+            in->Query, in->ItemsPerPage, in->CurrentPageNumber, in->PurchaseType, in->TitleType);
+        return SOAP_OK;
+    }
+    int getGenreLabel(_LM1__getGenreLabel* in, _LM1__getGenreLabelResponse& out) override {
+        out.getGenreLabelResult = Answers().GenreLabel(in->GenreID);
+        return SOAP_OK;
+    }
+    int getTitlesByGenreArray(_LM1__getTitlesByGenreArray* in,
+                              _LM1__getTitlesByGenreArrayResponse& out) override {
+        out.getTitlesByGenreArrayResult =
+            Answers().TitlesInGenres(CatalogueAnswers::Ints(in->GenreIDs), in->CurrentPageNumber,
+                                     in->ItemsPerPage, in->PurchaseType);
+        return SOAP_OK;
+    }
+    int getTitleListing(_LM1__getTitleListing* in, _LM1__getTitleListingResponse& out) override {
+        out.getTitleListingResult =
+            Answers().TitleListing(m_State.catalogue.FindTitle(in->TitleID), nullptr);
+        return SOAP_OK;
+    }
+    int getTvEpisodeListByTitleID(_LM1__getTvEpisodeListByTitleID* in,
+                                  _LM1__getTvEpisodeListByTitleIDResponse& out) override {
+        out.getTvEpisodeListByTitleIDResult = Answers().EpisodeList(in->TitleID);
+        return SOAP_OK;
+    }
+    int getTvEpisodeListing(_LM1__getTvEpisodeListing* in,
+                            _LM1__getTvEpisodeListingResponse& out) override {
+        const Episode* episode = nullptr;
+        const Title* series = m_State.catalogue.FindEpisode(in->EpisodeID, &episode);
+        out.getTvEpisodeListingResult = Answers().TitleListing(series, episode);
+        return SOAP_OK;
+    }
+    int getAllTvEpisodeListings(_LM1__getAllTvEpisodeListings* in,
+                                _LM1__getAllTvEpisodeListingsResponse& out) override {
+        out.getAllTvEpisodeListingsResult = Answers().AllEpisodeListings(in->TitleID);
+        return SOAP_OK;
+    }
+    int shouldUpdateCache(_LM1__shouldUpdateCache* in,
+                          _LM1__shouldUpdateCacheResponse& out) override {
+        out.shouldUpdateCacheResult = Answers().ShouldUpdateCache(in->UTCTime);
+        return SOAP_OK;
+    }
     int getLastCacheLoadTimeUTC(_LM1__getLastCacheLoadTimeUTC*,
-                                _LM1__getLastCacheLoadTimeUTCResponse&) override;
-    int getRecommendedTitles(_LM1__getRecommendedTitles*,
-                             _LM1__getRecommendedTitlesResponse&) override;
+                                _LM1__getLastCacheLoadTimeUTCResponse& out) override {
+        out.getLastCacheLoadTimeUTCResult = Answers().LastLoadTime();
+        return SOAP_OK;
+    }
 
-private:
-    CatalogueAnswers Answers() { return CatalogueAnswers(soap, m_State); }
+protected:
+    CatalogueAnswers Answers() { return CatalogueAnswers(this->soap, m_State); }
     const SimState& m_State;
 };
 
-class SimStreamAPI : public DefaultStreamAPISoap12 {
+class SimRealTimeBrowse : public SimCatalogueService<DefaultRealTimeBrowseSoap12> {
 public:
-    SimStreamAPI(struct soap* soap, const SimState& state)
-        : DefaultStreamAPISoap12(soap), m_State(state) {}
+    using SimCatalogueService::SimCatalogueService;
+
+    int getFileType(_LM1__getFileType*, _LM1__getFileTypeResponse&) override;
+    int getNavigation(_LM1__getNavigation*, _LM1__getNavigationResponse&) override;
+    int searchForTitleDetail(_LM1__searchForTitleDetail*,
+                             _LM1__searchForTitleDetailResponse&) override;
+    int getTitlesByNavigation(_LM1__getTitlesByNavigation*,
+                              _LM1__getTitlesByNavigationResponse&) override;
+    int getTitleListingByAsset(_LM1__getTitleListingByAsset*,
+                               _LM1__getTitleListingByAssetResponse&) override;
+    int translateRecboxExternalId(_LM1__translateRecboxExternalId*,
+                                  _LM1__translateRecboxExternalIdResponse&) override;
+    int translateSkuId(_LM1__translateSkuId*, _LM1__translateSkuIdResponse&) override;
+    int getRecommendedTitles(_LM1__getRecommendedTitles*,
+                             _LM1__getRecommendedTitlesResponse&) override;
+};
+
+class SimStreamAPI : public SimCatalogueService<DefaultStreamAPISoap12> {
+public:
+    using SimCatalogueService::SimCatalogueService;
 
     int getStreamingNavigation(_LM1__getStreamingNavigation*,
                                _LM1__getStreamingNavigationResponse&) override;
-    int searchForTitle(_LM1__searchForTitle*, _LM1__searchForTitleResponse&) override;
-    int getGenreLabel(_LM1__getGenreLabel*, _LM1__getGenreLabelResponse&) override;
     int getTitlesByGenreCSV(_LM1__getTitlesByGenreCSV*,
                             _LM1__getTitlesByGenreCSVResponse&) override;
-    int getTitlesByGenreArray(_LM1__getTitlesByGenreArray*,
-                              _LM1__getTitlesByGenreArrayResponse&) override;
     int getTitlesByStreamingNavigation(_LM1__getTitlesByStreamingNavigation*,
                                        _LM1__getTitlesByStreamingNavigationResponse&) override;
-    int getTitleListing(_LM1__getTitleListing*, _LM1__getTitleListingResponse&) override;
-    int getTvEpisodeListByTitleID(_LM1__getTvEpisodeListByTitleID*,
-                                  _LM1__getTvEpisodeListByTitleIDResponse&) override;
-    int getTvEpisodeListing(_LM1__getTvEpisodeListing*,
-                            _LM1__getTvEpisodeListingResponse&) override;
-    int getAllTvEpisodeListings(_LM1__getAllTvEpisodeListings*,
-                                _LM1__getAllTvEpisodeListingsResponse&) override;
-    int shouldUpdateCache(_LM1__shouldUpdateCache*, _LM1__shouldUpdateCacheResponse&) override;
-    int getLastCacheLoadTimeUTC(_LM1__getLastCacheLoadTimeUTC*,
-                                _LM1__getLastCacheLoadTimeUTCResponse&) override;
-
-private:
-    CatalogueAnswers Answers() { return CatalogueAnswers(soap, m_State); }
-    const SimState& m_State;
 };
 
 // Account and download operations are not modelled yet: every one answers empty success.
