@@ -8,28 +8,10 @@
 
 #include "CacheMgr.h"
 #include "Serializer.h"
+#include "TitlesPage.h"
 #include "soapH.h"
 
 namespace {
-
-LM1__GetTitlesResponse* MakeTitles(struct soap* ctx, int count) {
-    LM1__GetTitlesResponse* r = soap_new_LM1__GetTitlesResponse(ctx);
-    r->ResponseMessage = soap_strdup(ctx, "OK");
-    r->Titles = soap_new_LM1__ArrayOfTitleListing(ctx);
-    r->Titles->__sizeTitleListing = count;
-    r->Titles->TitleListing =
-        static_cast<LM1__TitleListing**>(soap_malloc(ctx, count * sizeof(LM1__TitleListing*)));
-    for (int i = 0; i < count; ++i) {
-        LM1__TitleListing* t = soap_new_LM1__TitleListing(ctx);
-        t->TitleID = 1000 + i;
-        t->TitleName =
-            soap_strdup(ctx, ("A title of moderate length, part " + std::to_string(i)).c_str());
-        t->BoxArtPrefix = soap_strdup(ctx, ("boxart_" + std::to_string(i)).c_str());
-        t->MPAARating = soap_strdup(ctx, "PG-13");
-        r->Titles->TitleListing[i] = t;
-    }
-    return r;
-}
 
 // What a miss adds (serialize and store) and what a hit costs (load and deserialize).
 struct RoundTrip {
