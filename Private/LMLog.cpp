@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <vector>
 
 const char* const LMWS_SoapProxyLOG_AREA_NAME = "soap_proxy";
 const char* const LMWS_SoapRecvLOG_AREA_NAME = "soap_recv";
@@ -309,8 +310,10 @@ const KnownArea kKnownAreas[] = {
     {"soap_test", 0x2000, &TEST_LMLogAreaID},
 };
 
-// The file target chosen by configuration lives for the rest of the process.
-void* g_FileTarget = nullptr;
+// File targets chosen by configuration live for the rest of the process. A later configuration
+// does not close the one it replaces: a line being written on another thread may still hold it.
+std::mutex g_FileTargetsLock;
+std::vector<void*>* g_FileTargets = new std::vector<void*>();
 
 }  // namespace
 
@@ -342,10 +345,11 @@ int ConfigureLogging(unsigned areaBits, unsigned targetBits, const char* directo
         if (LM_LogGetFileTarget(path, &fn, &context, 0, true) != 0) {
             return 2;
         }
+        {
+            std::lock_guard<std::mutex> lock(g_FileTargetsLock);
+            g_FileTargets->push_back(context);
+        }
         log.SetTarget(fn, context);
-        // A second configuration replaces the file; close the one no line can reach any more.
-        LM_LogReleaseFileTarget(nullptr, g_FileTarget);
-        g_FileTarget = context;
         return 0;
     }
     return 1;
