@@ -1,5 +1,5 @@
-/* The LM_WS_* client interface: set-up and teardown of a client handle and the operations that
- * set-up itself relies on.
+/* The LM_WS_* client interface: set-up and teardown of a client handle, the operations that
+ * set-up itself relies on, and the catalogue operations.
  *
  * A caller owns an LM_WS_Handle, zero-initialises it, passes it to LM_WS_Setup and, when done,
  * to LM_WS_Teardown. Every operation checks the handle's client context first and returns -1000
@@ -78,6 +78,88 @@ LM_WS_Status LM_WS_getLastCacheLoadTimeUTC(LM_WS_Handle* handle, LM_WS_LengthAnd
 
 /* The file type of this device's account; on success its access type becomes the client's. */
 LM_WS_Status LM_WS_getFileType(LM_WS_Handle* handle, LM_WS_FileType* result);
+
+/* ---- Catalogue ----
+ *
+ * Each operation fills the caller's record (initialised by the operation itself, released by the
+ * caller with LM_WS_FreeResult whatever the status) and returns 0, -1000 when the handle holds no
+ * client, a transport status (-2011, -2012, -4000 - n, -5030, -6000 - n) or -1004 when the service
+ * answered with a non-zero response code; the record then still holds the converted answer.
+ * Operations marked "cached" answer from the client's cache when it holds the same request, and
+ * store a fresh successful answer when the matching CacheData bit is set. */
+
+/* Two paging numbers: the page wanted (counted from 1) and the number of titles on a page. */
+typedef struct LM_WS_Page {
+    int32_t CurrentPageNumber;
+    int32_t ItemsPerPage;
+} LM_WS_Page;
+
+/* The genre tree. Cached (CacheData bit 1). */
+LM_WS_Status LM_WS_getNavigation(LM_WS_Handle* handle, LM_WS_Navigation* result);
+
+/* The label of a genre. Never cached. */
+LM_WS_Status LM_WS_getGenreLabel(LM_WS_Handle* handle, int32_t genreID,
+                                 LM_WS_GenreLabelResponse* result);
+
+/* A page of the titles of a genre, for a purchase type (0 rent, 1 buy, 2 any). Cached. */
+LM_WS_Status LM_WS_getTitles(LM_WS_Handle* handle, int32_t genreID, LM_WS_Page page,
+                             int32_t purchaseType, LM_WS_TitlesResponse* result);
+
+/* The same page of each of `count` genres. Never cached. */
+LM_WS_Status LM_WS_getTitlesByGenreIDs(LM_WS_Handle* handle, const int32_t* genreIDs, int32_t count,
+                                       LM_WS_Page page, int32_t purchaseType,
+                                       LM_WS_TitlesResponseArray* result);
+
+/* One title's page. Cached. */
+LM_WS_Status LM_WS_getTitleListing(LM_WS_Handle* handle, int32_t titleID,
+                                   LM_WS_TitleListingResponse* result);
+
+/* One TV episode's page. Cached. */
+LM_WS_Status LM_WS_getTvEpisodeListing(LM_WS_Handle* handle, int32_t episodeID,
+                                       LM_WS_TitleListingResponse* result);
+
+/* The episodes of a series. Cached. */
+LM_WS_Status LM_WS_getTvEpisodeListByTitleID(LM_WS_Handle* handle, int32_t titleID,
+                                             LM_WS_TvEpisodeList* result);
+
+/* Every episode page of a series. Cached. */
+LM_WS_Status LM_WS_getAllTvEpisodeListings(LM_WS_Handle* handle, int32_t titleID,
+                                           LM_WS_TitleListingResponses* result);
+
+/* The title of a recording box's external id. Cached. */
+LM_WS_Status LM_WS_translateRecboxExternalID(LM_WS_Handle* handle, const char* externalID,
+                                             LM_WS_TranslateRecboxExternalIDResponse* result);
+
+/* The title a product (SKU) belongs to. Cached. */
+LM_WS_Status LM_WS_translateSkuID(LM_WS_Handle* handle, int32_t skuID,
+                                  LM_WS_TranslateSkuIDResponse* result);
+
+/* A page of the titles whose names match `query`, for a purchase type and a title type
+ * (0 any, 1 TV, 2 movies). Cached. */
+LM_WS_Status LM_WS_searchForTitle(LM_WS_Handle* handle, LM_WS_Page page, int32_t purchaseType,
+                                  int32_t titleType, const char* query,
+                                  LM_WS_TitlesResponse* result);
+
+/* As LM_WS_searchForTitle, matching the titles' details too. Cached. */
+LM_WS_Status LM_WS_searchForTitleDetail(LM_WS_Handle* handle, LM_WS_Page page, int32_t purchaseType,
+                                        int32_t titleType, const char* query,
+                                        LM_WS_TitlesResponse* result);
+
+/* Asks whether a cache loaded at `utcTime` is out of date; *shouldUpdate is 1 when it is. -1000
+ * for an empty time. Only the transport status is returned. */
+LM_WS_Status LM_WS_shouldUpdateCache(LM_WS_Handle* handle, const char* utcTime,
+                                     uint8_t* shouldUpdate);
+
+/* Titles recommended beside a title. Cached. */
+LM_WS_Status LM_WS_getRecommendedTitles(LM_WS_Handle* handle, int32_t titleID,
+                                        LM_WS_RecommendedTitlesResponse* result);
+
+/* A page of the account's bought and rented titles, for a purchase type, a title type and a
+ * watch status filter. With the streaming service it is cached among the user data
+ * (CacheData bit 4); with the download service it always asks the service. */
+LM_WS_Status LM_WS_getMyVideos(LM_WS_Handle* handle, LM_WS_Page page, int32_t purchaseType,
+                               int32_t titleType, int32_t watchStatus,
+                               LM_WS_MyVideosResponse* result);
 
 #ifdef __cplusplus
 }

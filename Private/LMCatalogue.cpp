@@ -1,0 +1,462 @@
+// The catalogue operations: navigation, title pages, episodes, translations, search,
+// recommendations and the account's videos.
+//
+// They share one calling pattern (Call below): prepare the proxy for the service operation, answer
+// from the cache when it holds a readable answer for the same request, otherwise ask the service;
+// convert the answer into the caller's record; store a fresh successful answer when the client
+// caches that kind of data; log and map the status. The cache is read whatever CacheData says
+// (entries written under an earlier setting stay usable) but written only when the operation's
+// bit is set.
+#include <cstring>
+#include <memory>
+
+#include "LMLog.h"
+#include "LMUtilities.h"
+#include "LMWSClient.h"
+#include "LM_WS.h"
+#include "Serializer.h"
+
+namespace {
+
+LMLogArea g_LogArea(LMWS_SoapProxyLOG_AREA_NAME);
+
+// Where an operation's answers live in the cache: the table (through its get/set pair), the
+// entry's name, the CacheData bit that allows storing, and the argument text of this request.
+struct CacheSlot {
+    int (CacheInterface::*Get)(const LMString&, const LMString&, LMString&);
+    int (CacheInterface::*Set)(const LMString&, const LMString&, const LMString&);
+    const char* Name;
+    uint32_t Bit;
+    char Key[256];
+};
+
+CacheSlot ServiceSlot(const char* name) {
+    CacheSlot slot{&CacheInterface::GetServiceData,
+                   &CacheInterface::SetServiceData,
+                   name,
+                   LM_WS_CacheParam::Service,
+                   {0}};
+    return slot;
+}
+
+CacheSlot UserSlot(const char* name) {
+    CacheSlot slot{&CacheInterface::GetUserData,
+                   &CacheInterface::SetUserData,
+                   name,
+                   LM_WS_CacheParam::UserData,
+                   {0}};
+    return slot;
+}
+
+// The names of one operation: the service operation (for the headers) and the client's own name
+// (for the log). Most log lines carry the response code; the navigation's does not.
+struct Operation {
+    const char* Service;
+    const char* Client;
+    bool LogsResponseCode;
+};
+
+// The cached answer of `slot`, or null on a miss. An entry whose bytes were decoded recently is
+// answered from the client's memo; others are decoded into `response` (its data then belongs to
+// `serializer`, created here) and remembered. An entry that does not decode into an answer with a
+// result is treated as a miss and is overwritten by the next good answer.
+template <class Response, class Wire>
+const Wire* ReadCached(LMWSClient& client, const CacheSlot& slot,
+                       std::unique_ptr<Serializer>& serializer, Response& response,
+                       Wire* Response::*result) {
+    const LMString name(slot.Name);
+    const LMString key(slot.Key);
+    LMString value;
+    if (!(client.m_CacheMgr->*slot.Get)(name, key, value) || value.empty()) {
+        return nullptr;
+    }
+    if (const Wire* known = client.m_AnswerMemo.Find<Wire>(slot.Bit, name, key, value)) {
+        return known;
+    }
+    serializer = std::make_unique<Serializer>(true, false);
+    if (serializer->Read(value, response) && response.*result != nullptr) {
+        client.m_AnswerMemo.Keep(slot.Bit, name, key, value, *(response.*result));
+        return response.*result;
+    }
+    response.*result = nullptr;
+    return nullptr;
+}
+
+// One call on `proxy` (see the file comment). `ask(response)` fills the request, calls the
+// service and returns the toolkit's code. `slot` is null for operations that are never cached.
+template <class Proxy, class Response, class Wire, class Record, class Ask>
+LM_WS_Status Call(LMWSClient& client, Proxy& proxy, const Operation& op, const CacheSlot* slot,
+                  Wire* Response::*result, void (*convert)(const Wire*, Record*), Record* record,
+                  Ask ask) {
+    CacheMgr* cache = slot != nullptr ? client.m_CacheMgr : nullptr;
+    // Toolkit contexts are large (over 100 KB): they live on the heap, and only when needed.
+    std::unique_ptr<Serializer> serializer;
+    Response response;
+    const Wire* answer = nullptr;
+    int rc = proxy.Setup(LMString(op.Service));
+    if (rc == SOAP_OK && cache != nullptr) {
+        answer = ReadCached(client, *slot, serializer, response, result);
+    }
+    const bool cached = answer != nullptr;
+    if (rc == SOAP_OK && !cached) {
+        rc = ask(response);
+        answer = rc == SOAP_OK ? response.*result : nullptr;
+    }
+    if (answer != nullptr) {
+        convert(answer, record);
+    }
+    const int code = record->ResponseCode;
+    if (answer != nullptr && !cached && code == 0 && cache != nullptr &&
+        (client.m_Params.Cache.CacheData & slot->Bit) != 0) {
+        // A failed store changes nothing for the caller: the answer is in the record already.
+        auto writer = std::make_unique<Serializer>(true, false);
+        if (writer->Write(response)) {
+            (cache->*slot->Set)(LMString(slot->Name), LMString(slot->Key), writer->GetBuffer());
+        }
+    }
+    proxy.destroy();
+    if (op.LogsResponseCode) {
+        LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d,responseCode:%d\n", op.Client, rc,
+                     code);
+    } else {
+        LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d\n", op.Client, rc);
+    }
+    return LMUtilities::MakeStatus(rc, code, nullptr);
+}
+
+// The service's enumerations accept only their listed values; anything else would fail while
+// the request is written, so it is rejected as a bad argument before any work.
+bool ValidPurchaseType(int32_t v) {
+    return v >= LM1__PurchaseType__rent && v <= LM1__PurchaseType__any;
+}
+bool ValidTitleType(int32_t v) {
+    return v >= LM1__TitleType__any && v <= LM1__TitleType__movies;
+}
+bool ValidWatchStatus(int32_t v) {
+    return v >= LM1__WatchStatusFilter__WatchNow && v <= LM1__WatchStatusFilter__Undefined;
+}
+
+const char* TextOrEmpty(const char* text) {
+    return text != nullptr ? text : "";
+}
+
+// The single-id operations differ only in their names, types and request member.
+template <class Proxy, class Request, class Response, class Wire, class Record>
+LM_WS_Status ById(LMWSClient& client, Proxy& proxy, const Operation& op, const char* cacheName,
+                  int (Proxy::*method)(Request*, Response&), int Request::*idMember, int32_t id,
+                  Wire* Response::*result, void (*convert)(const Wire*, Record*), Record* record) {
+    CacheSlot slot = ServiceSlot(cacheName);
+    LMUtilities::safe_snprintf(slot.Key, sizeof(slot.Key), "%d", id);
+    return Call(client, proxy, op, &slot, result, convert, record, [&](Response& response) {
+        Request request;
+        request.*idMember = id;
+        return (proxy.*method)(&request, response);
+    });
+}
+
+// searchForTitle and searchForTitleDetail: the same request and answer under two names.
+template <class Request, class Response>
+LM_WS_Status Search(LM_WS_Handle* handle, const Operation& op,
+                    int (RealTimeBrowse::*method)(Request*, Response&),
+                    LM1__GetTitlesResponse* Response::*result, LM_WS_Page page,
+                    int32_t purchaseType, int32_t titleType, const char* query,
+                    LM_WS_TitlesResponse* record) {
+    LMWSClient* client = LMWSClient::Begin(handle, record, LM_WS_ResultTitles);
+    if (client == nullptr || !ValidPurchaseType(purchaseType) || !ValidTitleType(titleType)) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    RealTimeBrowse& proxy = client->m_RealTimeBrowse;
+    CacheSlot slot = ServiceSlot(op.Service);
+    LMUtilities::safe_snprintf(slot.Key, sizeof(slot.Key), "%d,%d,%d,%d,%s", page.CurrentPageNumber,
+                               page.ItemsPerPage, purchaseType, titleType, TextOrEmpty(query));
+    return Call(*client, proxy, op, &slot, result,
+                &LMUtilities::LM1__GetTitlesResponse2LM_WS_TitlesResponse, record,
+                [&](Response& response) {
+                    Request request;
+                    request.Query = const_cast<char*>(query);
+                    request.ItemsPerPage = page.ItemsPerPage;
+                    request.CurrentPageNumber = page.CurrentPageNumber;
+                    request.PurchaseType = static_cast<LM1__PurchaseType>(purchaseType);
+                    request.TitleType = static_cast<LM1__TitleType>(titleType);
+                    return (proxy.*method)(&request, response);
+                });
+}
+
+}  // namespace
+
+extern "C" {
+
+LM_WS_Status LM_WS_getNavigation(LM_WS_Handle* handle, LM_WS_Navigation* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultNavigation);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    RealTimeBrowse& proxy = client->m_RealTimeBrowse;
+    const Operation op = {"getNavigation", "LM_WS_getNavigation", false};
+    CacheSlot slot = ServiceSlot("getNavigation");  // one tree: the argument text stays empty
+    return Call(*client, proxy, op, &slot, &_LM1__getNavigationResponse::getNavigationResult,
+                &LMUtilities::LM1__GenreRequest2LM_WS_Navigation, result,
+                [&](_LM1__getNavigationResponse& response) {
+                    _LM1__getNavigation request;
+                    return proxy.getNavigation(&request, response);
+                });
+}
+
+LM_WS_Status LM_WS_getGenreLabel(LM_WS_Handle* handle, int32_t genreID,
+                                 LM_WS_GenreLabelResponse* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultGenreLabel);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    RealTimeBrowse& proxy = client->m_RealTimeBrowse;
+    const Operation op = {"getGenreLabel", "LM_WS_getGenreLabel", true};
+    return Call(*client, proxy, op, nullptr, &_LM1__getGenreLabelResponse::getGenreLabelResult,
+                &LMUtilities::LM1__GetGenreLabelResponse2LM_WS_GenreLabelResponse, result,
+                [&](_LM1__getGenreLabelResponse& response) {
+                    _LM1__getGenreLabel request;
+                    request.GenreID = genreID;
+                    return proxy.getGenreLabel(&request, response);
+                });
+}
+
+LM_WS_Status LM_WS_getTitles(LM_WS_Handle* handle, int32_t genreID, LM_WS_Page page,
+                             int32_t purchaseType, LM_WS_TitlesResponse* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultTitles);
+    if (client == nullptr || !ValidPurchaseType(purchaseType)) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    RealTimeBrowse& proxy = client->m_RealTimeBrowse;
+    const Operation op = {"getTitlesByNavigation", "LM_WS_getTitles", true};
+    CacheSlot slot = ServiceSlot("getTitles");
+    LMUtilities::safe_snprintf(slot.Key, sizeof(slot.Key), "%d,%d,%d,%d", genreID,
+                               page.CurrentPageNumber, page.ItemsPerPage, purchaseType);
+    return Call(*client, proxy, op, &slot,
+                &_LM1__getTitlesByNavigationResponse::getTitlesByNavigationResult,
+                &LMUtilities::LM1__GetTitlesResponse2LM_WS_TitlesResponse, result,
+                [&](_LM1__getTitlesByNavigationResponse& response) {
+                    _LM1__getTitlesByNavigation request;
+                    request.GenreID = genreID;
+                    request.CurrentPageNumber = page.CurrentPageNumber;
+                    request.ItemsPerPage = page.ItemsPerPage;
+                    request.PurchaseType = static_cast<LM1__PurchaseType>(purchaseType);
+                    return proxy.getTitlesByNavigation(&request, response);
+                });
+}
+
+LM_WS_Status LM_WS_getTitlesByGenreIDs(LM_WS_Handle* handle, const int32_t* genreIDs, int32_t count,
+                                       LM_WS_Page page, int32_t purchaseType,
+                                       LM_WS_TitlesResponseArray* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultTitlesArray);
+    if (client == nullptr || count < 0 || (count > 0 && genreIDs == nullptr) ||
+        !ValidPurchaseType(purchaseType)) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    RealTimeBrowse& proxy = client->m_RealTimeBrowse;
+    const Operation op = {"getTitlesByGenreArray", "LM_WS_getTitlesByGenreIDs", true};
+    return Call(*client, proxy, op, nullptr,
+                &_LM1__getTitlesByGenreArrayResponse::getTitlesByGenreArrayResult,
+                &LMUtilities::LM1__ArrayOfGetTitlesResponse2LM_WS_TitlesResponseArray, result,
+                [&](_LM1__getTitlesByGenreArrayResponse& response) {
+                    LM1__ArrayOfInt ids;
+                    ids.__sizeint = count;
+                    ids.int_ = const_cast<int*>(genreIDs);
+                    _LM1__getTitlesByGenreArray request;
+                    request.GenreIDs = &ids;
+                    request.CurrentPageNumber = page.CurrentPageNumber;
+                    request.ItemsPerPage = page.ItemsPerPage;
+                    request.PurchaseType = static_cast<LM1__PurchaseType>(purchaseType);
+                    return proxy.getTitlesByGenreArray(&request, response);
+                });
+}
+
+LM_WS_Status LM_WS_getTitleListing(LM_WS_Handle* handle, int32_t titleID,
+                                   LM_WS_TitleListingResponse* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultTitleListingResponse);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    const Operation op = {"getTitleListing", "LM_WS_getTitleListing", true};
+    return ById(*client, client->m_RealTimeBrowse, op, "getTitleListing",
+                &RealTimeBrowse::getTitleListing, &_LM1__getTitleListing::TitleID, titleID,
+                &_LM1__getTitleListingResponse::getTitleListingResult,
+                &LMUtilities::LM1__TitleListingResponse2LM_WS_TitleListingResponse, result);
+}
+
+LM_WS_Status LM_WS_getTvEpisodeListing(LM_WS_Handle* handle, int32_t episodeID,
+                                       LM_WS_TitleListingResponse* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultTitleListingResponse);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    const Operation op = {"getTvEpisodeListing", "LM_WS_getTvEpisodeListing", true};
+    return ById(*client, client->m_RealTimeBrowse, op, "getTvEpisodeListing",
+                &RealTimeBrowse::getTvEpisodeListing, &_LM1__getTvEpisodeListing::EpisodeID,
+                episodeID, &_LM1__getTvEpisodeListingResponse::getTvEpisodeListingResult,
+                &LMUtilities::LM1__TitleListingResponse2LM_WS_TitleListingResponse, result);
+}
+
+LM_WS_Status LM_WS_getTvEpisodeListByTitleID(LM_WS_Handle* handle, int32_t titleID,
+                                             LM_WS_TvEpisodeList* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultTvEpisodeList);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    const Operation op = {"getTvEpisodeListByTitleID", "LM_WS_getTvEpisodeListByTitleID", true};
+    return ById(*client, client->m_RealTimeBrowse, op, "getTvEpisodeListByTitleID",
+                &RealTimeBrowse::getTvEpisodeListByTitleID,
+                &_LM1__getTvEpisodeListByTitleID::TitleID, titleID,
+                &_LM1__getTvEpisodeListByTitleIDResponse::getTvEpisodeListByTitleIDResult,
+                &LMUtilities::LM1__TvEpisodeList2LM_WS_TvEpisodeList, result);
+}
+
+LM_WS_Status LM_WS_getAllTvEpisodeListings(LM_WS_Handle* handle, int32_t titleID,
+                                           LM_WS_TitleListingResponses* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultTitleListingResponses);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    const Operation op = {"getAllTvEpisodeListings", "LM_WS_getAllTvEpisodeListings", true};
+    return ById(*client, client->m_RealTimeBrowse, op, "getAllTvEpisodeListings",
+                &RealTimeBrowse::getAllTvEpisodeListings, &_LM1__getAllTvEpisodeListings::TitleID,
+                titleID, &_LM1__getAllTvEpisodeListingsResponse::getAllTvEpisodeListingsResult,
+                &LMUtilities::LM1__ArrayOfTitleListingResponse2LM_WS_TitleListingResponses, result);
+}
+
+LM_WS_Status LM_WS_translateRecboxExternalID(LM_WS_Handle* handle, const char* externalID,
+                                             LM_WS_TranslateRecboxExternalIDResponse* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultTranslateRecboxExternalID);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    RealTimeBrowse& proxy = client->m_RealTimeBrowse;
+    const Operation op = {"translateRecboxExternalId", "LM_WS_translateRecboxExternalID", true};
+    CacheSlot slot = ServiceSlot("translateRecboxExternalId");
+    LMUtilities::safe_snprintf(slot.Key, sizeof(slot.Key), "%s", TextOrEmpty(externalID));
+    return Call(*client, proxy, op, &slot,
+                &_LM1__translateRecboxExternalIdResponse::translateRecboxExternalIdResult,
+                &LMUtilities::
+                    LM1__TranslateRecboxExternalIDResponse2LM_WS_TranslateRecboxExternalIDResponse,
+                result, [&](_LM1__translateRecboxExternalIdResponse& response) {
+                    _LM1__translateRecboxExternalId request;
+                    request.RecboxExternalId = const_cast<char*>(externalID);
+                    return proxy.translateRecboxExternalId(&request, response);
+                });
+}
+
+LM_WS_Status LM_WS_translateSkuID(LM_WS_Handle* handle, int32_t skuID,
+                                  LM_WS_TranslateSkuIDResponse* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultTranslateSkuID);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    const Operation op = {"translateSkuId", "LM_WS_translateSkuID", true};
+    return ById(*client, client->m_RealTimeBrowse, op, "translateSkuId",
+                &RealTimeBrowse::translateSkuId, &_LM1__translateSkuId::SkuId, skuID,
+                &_LM1__translateSkuIdResponse::translateSkuIdResult,
+                &LMUtilities::LM1__TranslateSkuIdResponse2LM_WS_TranslateSkuIDResponse, result);
+}
+
+LM_WS_Status LM_WS_searchForTitle(LM_WS_Handle* handle, LM_WS_Page page, int32_t purchaseType,
+                                  int32_t titleType, const char* query,
+                                  LM_WS_TitlesResponse* result) {
+    const Operation op = {"searchForTitle", "LM_WS_searchForTitle", true};
+    return Search<_LM1__searchForTitle, _LM1__searchForTitleResponse>(
+        handle, op, &RealTimeBrowse::searchForTitle,
+        &_LM1__searchForTitleResponse::searchForTitleResult, page, purchaseType, titleType, query,
+        result);
+}
+
+LM_WS_Status LM_WS_searchForTitleDetail(LM_WS_Handle* handle, LM_WS_Page page, int32_t purchaseType,
+                                        int32_t titleType, const char* query,
+                                        LM_WS_TitlesResponse* result) {
+    const Operation op = {"searchForTitleDetail", "LM_WS_searchForTitleDetail", true};
+    return Search<_LM1__searchForTitleDetail, _LM1__searchForTitleDetailResponse>(
+        handle, op, &RealTimeBrowse::searchForTitleDetail,
+        &_LM1__searchForTitleDetailResponse::searchForTitleDetailResult, page, purchaseType,
+        titleType, query, result);
+}
+
+LM_WS_Status LM_WS_shouldUpdateCache(LM_WS_Handle* handle, const char* utcTime,
+                                     uint8_t* shouldUpdate) {
+    if (shouldUpdate == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    *shouldUpdate = 0;
+    LMWSClient* client = LMWSClient::From(handle);
+    if (client == nullptr || utcTime == nullptr || utcTime[0] == 0) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    RealTimeBrowse& proxy = client->m_RealTimeBrowse;
+    int rc = proxy.Setup(LMString("shouldUpdateCache"));
+    if (rc == SOAP_OK) {
+        _LM1__shouldUpdateCache request;
+        _LM1__shouldUpdateCacheResponse response;
+        request.UTCTime = const_cast<char*>(utcTime);
+        rc = proxy.shouldUpdateCache(&request, response);
+        if (rc == SOAP_OK && response.shouldUpdateCacheResult == 1) {
+            *shouldUpdate = 1;
+        }
+    }
+    proxy.destroy();
+    LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, result:%d\n", "LM_WS_shouldUpdateCache",
+                 *shouldUpdate);
+    return LMUtilities::MakeStatus(rc, 0, nullptr);
+}
+
+LM_WS_Status LM_WS_getRecommendedTitles(LM_WS_Handle* handle, int32_t titleID,
+                                        LM_WS_RecommendedTitlesResponse* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultRecommendedTitles);
+    if (client == nullptr) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    const Operation op = {"getRecommendedTitles", "LM_WS_getRecommendedTitles", true};
+    return ById(*client, client->m_RealTimeBrowse, op, "getRecommendedTitles",
+                &RealTimeBrowse::getRecommendedTitles, &_LM1__getRecommendedTitles::TitleId,
+                titleID, &_LM1__getRecommendedTitlesResponse::getRecommendedTitlesResult,
+                &LMUtilities::LM1__RecommendedTitlesResponse2LM_WS_RecommendedTitlesResponse,
+                result);
+}
+
+LM_WS_Status LM_WS_getMyVideos(LM_WS_Handle* handle, LM_WS_Page page, int32_t purchaseType,
+                               int32_t titleType, int32_t watchStatus,
+                               LM_WS_MyVideosResponse* result) {
+    LMWSClient* client = LMWSClient::Begin(handle, result, LM_WS_ResultMyVideos);
+    if (client == nullptr || !ValidPurchaseType(purchaseType) || !ValidTitleType(titleType) ||
+        !ValidWatchStatus(watchStatus)) {
+        return LM_WS_INVALID_ARGUMENT;
+    }
+    auto fill = [&](auto& request) {
+        request.CurrentPageNumber = page.CurrentPageNumber;
+        request.ItemsPerPage = page.ItemsPerPage;
+        request.PurchaseType = static_cast<LM1__PurchaseType>(purchaseType);
+        request.TitleType = static_cast<LM1__TitleType>(titleType);
+        request.WatchStatusFilter = static_cast<LM1__WatchStatusFilter>(watchStatus);
+    };
+    const auto convert = &LMUtilities::LM1__GetMyVideosResponse2LM_WS_MyVideosResponse;
+
+    if (client->m_Params.AccessType == 1) {
+        // The download service's list is never cached.
+        DownloadAPI& proxy = client->m_DownloadAPI;
+        const Operation op = {"getMyVideos", "LM_WS_getMyVideos", true};
+        return Call(*client, proxy, op, nullptr, &_LM1__getMyVideosResponse::getMyVideosResult,
+                    convert, result, [&](_LM1__getMyVideosResponse& response) {
+                        _LM1__getMyVideos request;
+                        fill(request);
+                        return proxy.getMyVideos(&request, response);
+                    });
+    }
+    StreamAPI& proxy = client->m_StreamAPI;
+    const Operation op = {"getMyStreamingVideos", "LM_WS_getMyVideos", true};
+    CacheSlot slot = UserSlot("getMyVideos");
+    LMUtilities::safe_snprintf(slot.Key, sizeof(slot.Key), "%d,%d,%d,%d,%d", page.CurrentPageNumber,
+                               page.ItemsPerPage, purchaseType, titleType, watchStatus);
+    return Call(*client, proxy, op, &slot,
+                &_LM1__getMyStreamingVideosResponse::getMyStreamingVideosResult, convert, result,
+                [&](_LM1__getMyStreamingVideosResponse& response) {
+                    _LM1__getMyStreamingVideos request;
+                    fill(request);
+                    return proxy.getMyStreamingVideos(&request, response);
+                });
+}
+
+}  // extern "C"
