@@ -5,6 +5,7 @@
 
 #include "CacheMgr.h"
 #include "DownloadAPI.h"
+#include "LMAnswerMemo.h"
 #include "LM_WS.h"
 #include "LM_WS_Records.h"
 #include "LM_WS_SetupParams2.h"
@@ -19,6 +20,7 @@ struct LMWSClient {
     StreamDownloadAPI m_StreamDownloadAPI;
     LM_WS_SetupParams2 m_Params;
     CacheMgr* m_CacheMgr = nullptr;
+    LMAnswerMemo m_AnswerMemo;  // decoded copies of recently read cache entries
 
     LMWSClient() = default;
     ~LMWSClient() { delete m_CacheMgr; }

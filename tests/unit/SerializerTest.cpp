@@ -6,6 +6,7 @@
 #include <string>
 
 #include "CacheMgr.h"
+#include "LMAnswerMemo.h"
 #include "TempDir.h"
 #include "TitlesPage.h"
 #include "soapH.h"
@@ -138,3 +139,59 @@ TEST_F(SerializerTest, ReceiveHandsOutTheBufferInPieces) {
 }
 
 }  // namespace
+
+// ---- The memo of decoded cache entries ----
+
+TEST(LMAnswerMemoTest, AnswersOnlyForTheExactStoredBytesAndType) {
+    soap ctx;
+    LMAnswerMemo memo;
+    const LMString name("getTitles"), key("12,1,20,2"), bytes("stored bytes");
+    memo.Keep(LM_WS_CacheParam::Service, name, key, bytes, *MakeTitles(&ctx, 3));
+    soap_destroy(&ctx);
+    soap_end(&ctx);  // the memo's copy must not depend on the context it came from
+
+    const LM1__GetTitlesResponse* found =
+        memo.Find<LM1__GetTitlesResponse>(LM_WS_CacheParam::Service, name, key, bytes);
+    ASSERT_NE(found, nullptr);
+    ASSERT_NE(found->Titles, nullptr);
+    ASSERT_EQ(found->Titles->__sizeTitleListing, 3);
+    EXPECT_STREQ(found->Titles->TitleListing[2]->TitleName,
+                 "Title n\xC2\xB0"
+                 "2 & <friends>");
+
+    // Another writer replaced the entry, the same key in the user-data table, another type.
+    EXPECT_EQ(memo.Find<LM1__GetTitlesResponse>(LM_WS_CacheParam::Service, name, key,
+                                                LMString("stored bytez")),
+              nullptr);
+    EXPECT_EQ(memo.Find<LM1__GetTitlesResponse>(LM_WS_CacheParam::UserData, name, key, bytes),
+              nullptr);
+    EXPECT_EQ(memo.Find<LM1__GenreRequest>(LM_WS_CacheParam::Service, name, key, bytes), nullptr);
+}
+
+TEST(LMAnswerMemoTest, KeepsTheMostRecentlyUsedEntries) {
+    soap ctx;
+    LM1__GetTitlesResponse* page = MakeTitles(&ctx, 1);
+    LMAnswerMemo memo;
+    const LMString name("getTitleListing"), bytes("v");
+    for (size_t i = 0; i < LMAnswerMemo::kCapacity; ++i) {
+        memo.Keep(LM_WS_CacheParam::Service, name, LMString(std::to_string(i).c_str()), bytes,
+                  *page);
+    }
+    // Using entry 0 makes entry 1 the oldest; one more entry drops it.
+    ASSERT_NE(
+        memo.Find<LM1__GetTitlesResponse>(LM_WS_CacheParam::Service, name, LMString("0"), bytes),
+        nullptr);
+    memo.Keep(LM_WS_CacheParam::Service, name, LMString("new"), bytes, *page);
+    EXPECT_EQ(memo.Size(), LMAnswerMemo::kCapacity);
+    EXPECT_EQ(
+        memo.Find<LM1__GetTitlesResponse>(LM_WS_CacheParam::Service, name, LMString("1"), bytes),
+        nullptr);
+    EXPECT_NE(
+        memo.Find<LM1__GetTitlesResponse>(LM_WS_CacheParam::Service, name, LMString("0"), bytes),
+        nullptr);
+    // Keeping an entry again replaces it rather than adding a second one.
+    memo.Keep(LM_WS_CacheParam::Service, name, LMString("0"), LMString("w"), *page);
+    EXPECT_EQ(memo.Size(), LMAnswerMemo::kCapacity);
+    soap_destroy(&ctx);
+    soap_end(&ctx);
+}
