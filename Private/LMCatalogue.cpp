@@ -7,6 +7,8 @@
 // caches that kind of data; log and map the status. The cache is read whatever CacheData says
 // (entries written under an earlier setting stay usable) but written only when the operation's
 // bit is set.
+#include <cstdarg>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 
@@ -28,14 +30,28 @@ struct CacheSlot {
     const char* Name;
     uint32_t Bit;
     char Key[256];
+    bool KeyFits;
 };
+
+// Formats the argument text. A text that does not fit the key buffer would be cut and could
+// name another request's entry (two long search queries with the same beginning), so such a
+// request bypasses the cache instead.
+void SetKey(CacheSlot& slot, const char* format, ...) __attribute__((format(printf, 2, 3)));
+void SetKey(CacheSlot& slot, const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    int n = vsnprintf(slot.Key, sizeof(slot.Key), format, args);
+    va_end(args);
+    slot.KeyFits = n >= 0 && static_cast<size_t>(n) < sizeof(slot.Key);
+}
 
 CacheSlot ServiceSlot(const char* name) {
     CacheSlot slot{&CacheInterface::GetServiceData,
                    &CacheInterface::SetServiceData,
                    name,
                    LM_WS_CacheParam::Service,
-                   {0}};
+                   {0},
+                   true};
     return slot;
 }
 
@@ -44,7 +60,8 @@ CacheSlot UserSlot(const char* name) {
                    &CacheInterface::SetUserData,
                    name,
                    LM_WS_CacheParam::UserData,
-                   {0}};
+                   {0},
+                   true};
     return slot;
 }
 
@@ -88,7 +105,7 @@ template <class Proxy, class Response, class Wire, class Record, class Ask>
 LM_WS_Status Call(LMWSClient& client, Proxy& proxy, const Operation& op, const CacheSlot* slot,
                   Wire* Response::*result, void (*convert)(const Wire*, Record*), Record* record,
                   Ask ask) {
-    CacheMgr* cache = slot != nullptr ? client.m_CacheMgr : nullptr;
+    CacheMgr* cache = slot != nullptr && slot->KeyFits ? client.m_CacheMgr : nullptr;
     // Toolkit contexts are large (over 100 KB): they live on the heap, and only when needed.
     std::unique_ptr<Serializer> serializer;
     Response response;
@@ -121,6 +138,9 @@ LM_WS_Status Call(LMWSClient& client, Proxy& proxy, const Operation& op, const C
     } else {
         LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d\n", op.Client, rc);
     }
+    if (rc == SOAP_OK && answer == nullptr) {
+        return LM_WS_RESPONSE_CODE;  // an answer without its result: nothing to hand back
+    }
     return LMUtilities::MakeStatus(rc, code, nullptr);
 }
 
@@ -146,7 +166,7 @@ LM_WS_Status ById(LMWSClient& client, Proxy& proxy, const Operation& op, const c
                   int (Proxy::*method)(Request*, Response&), int Request::*idMember, int32_t id,
                   Wire* Response::*result, void (*convert)(const Wire*, Record*), Record* record) {
     CacheSlot slot = ServiceSlot(cacheName);
-    LMUtilities::safe_snprintf(slot.Key, sizeof(slot.Key), "%d", id);
+    SetKey(slot, "%d", id);
     return Call(client, proxy, op, &slot, result, convert, record, [&](Response& response) {
         Request request;
         request.*idMember = id;
@@ -167,8 +187,8 @@ LM_WS_Status Search(LM_WS_Handle* handle, const Operation& op,
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
     CacheSlot slot = ServiceSlot(op.Service);
-    LMUtilities::safe_snprintf(slot.Key, sizeof(slot.Key), "%d,%d,%d,%d,%s", page.CurrentPageNumber,
-                               page.ItemsPerPage, purchaseType, titleType, TextOrEmpty(query));
+    SetKey(slot, "%d,%d,%d,%d,%s", page.CurrentPageNumber, page.ItemsPerPage, purchaseType,
+           titleType, TextOrEmpty(query));
     return Call(*client, proxy, op, &slot, result,
                 &LMUtilities::LM1__GetTitlesResponse2LM_WS_TitlesResponse, record,
                 [&](Response& response) {
@@ -228,8 +248,7 @@ LM_WS_Status LM_WS_getTitles(LM_WS_Handle* handle, int32_t genreID, LM_WS_Page p
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
     const Operation op = {"getTitlesByNavigation", "LM_WS_getTitles", true};
     CacheSlot slot = ServiceSlot("getTitles");
-    LMUtilities::safe_snprintf(slot.Key, sizeof(slot.Key), "%d,%d,%d,%d", genreID,
-                               page.CurrentPageNumber, page.ItemsPerPage, purchaseType);
+    SetKey(slot, "%d,%d,%d,%d", genreID, page.CurrentPageNumber, page.ItemsPerPage, purchaseType);
     return Call(*client, proxy, op, &slot,
                 &_LM1__getTitlesByNavigationResponse::getTitlesByNavigationResult,
                 &LMUtilities::LM1__GetTitlesResponse2LM_WS_TitlesResponse, result,
@@ -331,7 +350,7 @@ LM_WS_Status LM_WS_translateRecboxExternalID(LM_WS_Handle* handle, const char* e
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
     const Operation op = {"translateRecboxExternalId", "LM_WS_translateRecboxExternalID", true};
     CacheSlot slot = ServiceSlot("translateRecboxExternalId");
-    LMUtilities::safe_snprintf(slot.Key, sizeof(slot.Key), "%s", TextOrEmpty(externalID));
+    SetKey(slot, "%s", TextOrEmpty(externalID));
     return Call(*client, proxy, op, &slot,
                 &_LM1__translateRecboxExternalIdResponse::translateRecboxExternalIdResult,
                 &LMUtilities::
@@ -448,8 +467,8 @@ LM_WS_Status LM_WS_getMyVideos(LM_WS_Handle* handle, LM_WS_Page page, int32_t pu
     StreamAPI& proxy = client->m_StreamAPI;
     const Operation op = {"getMyStreamingVideos", "LM_WS_getMyVideos", true};
     CacheSlot slot = UserSlot("getMyVideos");
-    LMUtilities::safe_snprintf(slot.Key, sizeof(slot.Key), "%d,%d,%d,%d,%d", page.CurrentPageNumber,
-                               page.ItemsPerPage, purchaseType, titleType, watchStatus);
+    SetKey(slot, "%d,%d,%d,%d,%d", page.CurrentPageNumber, page.ItemsPerPage, purchaseType,
+           titleType, watchStatus);
     return Call(*client, proxy, op, &slot,
                 &_LM1__getMyStreamingVideosResponse::getMyStreamingVideosResult, convert, result,
                 [&](_LM1__getMyStreamingVideosResponse& response) {
