@@ -1,148 +1,19 @@
 // The catalogue operations: navigation, title pages, episodes, translations, search,
 // recommendations and the account's videos.
 //
-// They share one calling pattern (Call below): prepare the proxy for the service operation, answer
-// from the cache when it holds a readable answer for the same request, otherwise ask the service;
-// convert the answer into the caller's record; store a fresh successful answer when the client
-// caches that kind of data; log and map the status. The cache is read whatever CacheData says
-// (entries written under an earlier setting stay usable) but written only when the operation's
-// bit is set.
-#include <cstdarg>
-#include <cstdio>
+// They share the calling pattern of LMCall::Call, most of them with a cache slot: a request
+// already answered is answered from the cache.
 #include <cstring>
-#include <memory>
 
+#include "LMCall.h"
 #include "LMLog.h"
 #include "LMUtilities.h"
 #include "LMWSClient.h"
 #include "LM_WS.h"
-#include "Serializer.h"
 
 namespace {
 
-LMLogArea g_LogArea(LMWS_SoapProxyLOG_AREA_NAME);
-
-// Where an operation's answers live in the cache: the table (through its get/set pair), the
-// entry's name, the CacheData bit that allows storing, and the argument text of this request.
-struct CacheSlot {
-    int (CacheInterface::*Get)(const LMString&, const LMString&, LMString&);
-    int (CacheInterface::*Set)(const LMString&, const LMString&, const LMString&);
-    const char* Name;
-    uint32_t Bit;
-    char Key[256];
-    bool KeyFits;
-};
-
-// Formats the argument text. A text that does not fit the key buffer would be cut and could
-// name another request's entry (two long search queries with the same beginning), so such a
-// request bypasses the cache instead.
-void SetKey(CacheSlot& slot, const char* format, ...) __attribute__((format(printf, 2, 3)));
-void SetKey(CacheSlot& slot, const char* format, ...) {
-    va_list args;
-    va_start(args, format);
-    int n = vsnprintf(slot.Key, sizeof(slot.Key), format, args);
-    va_end(args);
-    slot.KeyFits = n >= 0 && static_cast<size_t>(n) < sizeof(slot.Key);
-}
-
-CacheSlot ServiceSlot(const char* name) {
-    CacheSlot slot{&CacheInterface::GetServiceData,
-                   &CacheInterface::SetServiceData,
-                   name,
-                   LM_WS_CacheParam::Service,
-                   {0},
-                   true};
-    return slot;
-}
-
-CacheSlot UserSlot(const char* name) {
-    CacheSlot slot{&CacheInterface::GetUserData,
-                   &CacheInterface::SetUserData,
-                   name,
-                   LM_WS_CacheParam::UserData,
-                   {0},
-                   true};
-    return slot;
-}
-
-// The names of one operation: the service operation (for the headers) and the client's own name
-// (for the log). Most log lines carry the response code; the navigation's does not.
-struct Operation {
-    const char* Service;
-    const char* Client;
-    bool LogsResponseCode;
-};
-
-// The cached answer of `slot`, or null on a miss. An entry whose bytes were decoded recently is
-// answered from the client's memo; others are decoded into `response` (its data then belongs to
-// `serializer`, created here) and remembered. An entry that does not decode into an answer with a
-// result is treated as a miss and is overwritten by the next good answer.
-template <class Response, class Wire>
-const Wire* ReadCached(LMWSClient& client, const CacheSlot& slot,
-                       std::unique_ptr<Serializer>& serializer, Response& response,
-                       Wire* Response::*result) {
-    const LMString name(slot.Name);
-    const LMString key(slot.Key);
-    LMString value;
-    if (!(client.m_CacheMgr->*slot.Get)(name, key, value) || value.empty()) {
-        return nullptr;
-    }
-    if (const Wire* known = client.m_AnswerMemo.Find<Wire>(slot.Bit, name, key, value)) {
-        return known;
-    }
-    serializer = std::make_unique<Serializer>(true, false);
-    if (serializer->Read(value, response) && response.*result != nullptr) {
-        client.m_AnswerMemo.Keep(slot.Bit, name, key, value, *(response.*result));
-        return response.*result;
-    }
-    response.*result = nullptr;
-    return nullptr;
-}
-
-// One call on `proxy` (see the file comment). `ask(response)` fills the request, calls the
-// service and returns the toolkit's code. `slot` is null for operations that are never cached.
-template <class Proxy, class Response, class Wire, class Record, class Ask>
-LM_WS_Status Call(LMWSClient& client, Proxy& proxy, const Operation& op, const CacheSlot* slot,
-                  Wire* Response::*result, void (*convert)(const Wire*, Record*), Record* record,
-                  Ask ask) {
-    CacheMgr* cache = slot != nullptr && slot->KeyFits ? client.m_CacheMgr : nullptr;
-    // Toolkit contexts are large (over 100 KB): they live on the heap, and only when needed.
-    std::unique_ptr<Serializer> serializer;
-    Response response;
-    const Wire* answer = nullptr;
-    int rc = proxy.Setup(LMString(op.Service));
-    if (rc == SOAP_OK && cache != nullptr) {
-        answer = ReadCached(client, *slot, serializer, response, result);
-    }
-    const bool cached = answer != nullptr;
-    if (rc == SOAP_OK && !cached) {
-        rc = ask(response);
-        answer = rc == SOAP_OK ? response.*result : nullptr;
-    }
-    if (answer != nullptr) {
-        convert(answer, record);
-    }
-    const int code = record->ResponseCode;
-    if (answer != nullptr && !cached && code == 0 && cache != nullptr &&
-        (client.m_Params.Cache.CacheData & slot->Bit) != 0) {
-        // A failed store changes nothing for the caller: the answer is in the record already.
-        auto writer = std::make_unique<Serializer>(true, false);
-        if (writer->Write(response)) {
-            (cache->*slot->Set)(LMString(slot->Name), LMString(slot->Key), writer->GetBuffer());
-        }
-    }
-    proxy.destroy();
-    if (op.LogsResponseCode) {
-        LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d,responseCode:%d\n", op.Client, rc,
-                     code);
-    } else {
-        LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d\n", op.Client, rc);
-    }
-    if (rc == SOAP_OK && answer == nullptr) {
-        return LM_WS_RESPONSE_CODE;  // an answer without its result: nothing to hand back
-    }
-    return LMUtilities::MakeStatus(rc, code, nullptr);
-}
+using namespace LMCall;
 
 // The service's enumerations accept only their listed values; anything else would fail while
 // the request is written, so it is rejected as a bad argument before any work.
@@ -212,7 +83,7 @@ LM_WS_Status LM_WS_getNavigation(LM_WS_Handle* handle, LM_WS_Navigation* result)
         return LM_WS_INVALID_ARGUMENT;
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
-    const Operation op = {"getNavigation", "LM_WS_getNavigation", false};
+    const Operation op = {"getNavigation", "LM_WS_getNavigation", LogLine::Ret};
     CacheSlot slot = ServiceSlot("getNavigation");  // one tree: the argument text stays empty
     return Call(*client, proxy, op, &slot, &_LM1__getNavigationResponse::getNavigationResult,
                 &LMUtilities::LM1__GenreRequest2LM_WS_Navigation, result,
@@ -229,7 +100,7 @@ LM_WS_Status LM_WS_getGenreLabel(LM_WS_Handle* handle, int32_t genreID,
         return LM_WS_INVALID_ARGUMENT;
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
-    const Operation op = {"getGenreLabel", "LM_WS_getGenreLabel", true};
+    const Operation op = {"getGenreLabel", "LM_WS_getGenreLabel", LogLine::RetAndCode};
     return Call(*client, proxy, op, nullptr, &_LM1__getGenreLabelResponse::getGenreLabelResult,
                 &LMUtilities::LM1__GetGenreLabelResponse2LM_WS_GenreLabelResponse, result,
                 [&](_LM1__getGenreLabelResponse& response) {
@@ -246,7 +117,7 @@ LM_WS_Status LM_WS_getTitles(LM_WS_Handle* handle, int32_t genreID, LM_WS_Page p
         return LM_WS_INVALID_ARGUMENT;
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
-    const Operation op = {"getTitlesByNavigation", "LM_WS_getTitles", true};
+    const Operation op = {"getTitlesByNavigation", "LM_WS_getTitles", LogLine::RetAndCode};
     CacheSlot slot = ServiceSlot("getTitles");
     SetKey(slot, "%d,%d,%d,%d", genreID, page.CurrentPageNumber, page.ItemsPerPage, purchaseType);
     return Call(*client, proxy, op, &slot,
@@ -271,7 +142,8 @@ LM_WS_Status LM_WS_getTitlesByGenreIDs(LM_WS_Handle* handle, const int32_t* genr
         return LM_WS_INVALID_ARGUMENT;
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
-    const Operation op = {"getTitlesByGenreArray", "LM_WS_getTitlesByGenreIDs", true};
+    const Operation op = {"getTitlesByGenreArray", "LM_WS_getTitlesByGenreIDs",
+                          LogLine::RetAndCode};
     return Call(*client, proxy, op, nullptr,
                 &_LM1__getTitlesByGenreArrayResponse::getTitlesByGenreArrayResult,
                 &LMUtilities::LM1__ArrayOfGetTitlesResponse2LM_WS_TitlesResponseArray, result,
@@ -294,7 +166,7 @@ LM_WS_Status LM_WS_getTitleListing(LM_WS_Handle* handle, int32_t titleID,
     if (client == nullptr) {
         return LM_WS_INVALID_ARGUMENT;
     }
-    const Operation op = {"getTitleListing", "LM_WS_getTitleListing", true};
+    const Operation op = {"getTitleListing", "LM_WS_getTitleListing", LogLine::RetAndCode};
     return ById(*client, client->m_RealTimeBrowse, op, "getTitleListing",
                 &RealTimeBrowse::getTitleListing, &_LM1__getTitleListing::TitleID, titleID,
                 &_LM1__getTitleListingResponse::getTitleListingResult,
@@ -307,7 +179,7 @@ LM_WS_Status LM_WS_getTvEpisodeListing(LM_WS_Handle* handle, int32_t episodeID,
     if (client == nullptr) {
         return LM_WS_INVALID_ARGUMENT;
     }
-    const Operation op = {"getTvEpisodeListing", "LM_WS_getTvEpisodeListing", true};
+    const Operation op = {"getTvEpisodeListing", "LM_WS_getTvEpisodeListing", LogLine::RetAndCode};
     return ById(*client, client->m_RealTimeBrowse, op, "getTvEpisodeListing",
                 &RealTimeBrowse::getTvEpisodeListing, &_LM1__getTvEpisodeListing::EpisodeID,
                 episodeID, &_LM1__getTvEpisodeListingResponse::getTvEpisodeListingResult,
@@ -320,7 +192,8 @@ LM_WS_Status LM_WS_getTvEpisodeListByTitleID(LM_WS_Handle* handle, int32_t title
     if (client == nullptr) {
         return LM_WS_INVALID_ARGUMENT;
     }
-    const Operation op = {"getTvEpisodeListByTitleID", "LM_WS_getTvEpisodeListByTitleID", true};
+    const Operation op = {"getTvEpisodeListByTitleID", "LM_WS_getTvEpisodeListByTitleID",
+                          LogLine::RetAndCode};
     return ById(*client, client->m_RealTimeBrowse, op, "getTvEpisodeListByTitleID",
                 &RealTimeBrowse::getTvEpisodeListByTitleID,
                 &_LM1__getTvEpisodeListByTitleID::TitleID, titleID,
@@ -334,7 +207,8 @@ LM_WS_Status LM_WS_getAllTvEpisodeListings(LM_WS_Handle* handle, int32_t titleID
     if (client == nullptr) {
         return LM_WS_INVALID_ARGUMENT;
     }
-    const Operation op = {"getAllTvEpisodeListings", "LM_WS_getAllTvEpisodeListings", true};
+    const Operation op = {"getAllTvEpisodeListings", "LM_WS_getAllTvEpisodeListings",
+                          LogLine::RetAndCode};
     return ById(*client, client->m_RealTimeBrowse, op, "getAllTvEpisodeListings",
                 &RealTimeBrowse::getAllTvEpisodeListings, &_LM1__getAllTvEpisodeListings::TitleID,
                 titleID, &_LM1__getAllTvEpisodeListingsResponse::getAllTvEpisodeListingsResult,
@@ -348,7 +222,8 @@ LM_WS_Status LM_WS_translateRecboxExternalID(LM_WS_Handle* handle, const char* e
         return LM_WS_INVALID_ARGUMENT;
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
-    const Operation op = {"translateRecboxExternalId", "LM_WS_translateRecboxExternalID", true};
+    const Operation op = {"translateRecboxExternalId", "LM_WS_translateRecboxExternalID",
+                          LogLine::RetAndCode};
     CacheSlot slot = ServiceSlot("translateRecboxExternalId");
     SetKey(slot, "%s", TextOrEmpty(externalID));
     return Call(*client, proxy, op, &slot,
@@ -368,7 +243,7 @@ LM_WS_Status LM_WS_translateSkuID(LM_WS_Handle* handle, int32_t skuID,
     if (client == nullptr) {
         return LM_WS_INVALID_ARGUMENT;
     }
-    const Operation op = {"translateSkuId", "LM_WS_translateSkuID", true};
+    const Operation op = {"translateSkuId", "LM_WS_translateSkuID", LogLine::RetAndCode};
     return ById(*client, client->m_RealTimeBrowse, op, "translateSkuId",
                 &RealTimeBrowse::translateSkuId, &_LM1__translateSkuId::SkuId, skuID,
                 &_LM1__translateSkuIdResponse::translateSkuIdResult,
@@ -378,7 +253,7 @@ LM_WS_Status LM_WS_translateSkuID(LM_WS_Handle* handle, int32_t skuID,
 LM_WS_Status LM_WS_searchForTitle(LM_WS_Handle* handle, LM_WS_Page page, int32_t purchaseType,
                                   int32_t titleType, const char* query,
                                   LM_WS_TitlesResponse* result) {
-    const Operation op = {"searchForTitle", "LM_WS_searchForTitle", true};
+    const Operation op = {"searchForTitle", "LM_WS_searchForTitle", LogLine::RetAndCode};
     return Search<_LM1__searchForTitle, _LM1__searchForTitleResponse>(
         handle, op, &RealTimeBrowse::searchForTitle,
         &_LM1__searchForTitleResponse::searchForTitleResult, page, purchaseType, titleType, query,
@@ -388,7 +263,8 @@ LM_WS_Status LM_WS_searchForTitle(LM_WS_Handle* handle, LM_WS_Page page, int32_t
 LM_WS_Status LM_WS_searchForTitleDetail(LM_WS_Handle* handle, LM_WS_Page page, int32_t purchaseType,
                                         int32_t titleType, const char* query,
                                         LM_WS_TitlesResponse* result) {
-    const Operation op = {"searchForTitleDetail", "LM_WS_searchForTitleDetail", true};
+    const Operation op = {"searchForTitleDetail", "LM_WS_searchForTitleDetail",
+                          LogLine::RetAndCode};
     return Search<_LM1__searchForTitleDetail, _LM1__searchForTitleDetailResponse>(
         handle, op, &RealTimeBrowse::searchForTitleDetail,
         &_LM1__searchForTitleDetailResponse::searchForTitleDetailResult, page, purchaseType,
@@ -417,7 +293,7 @@ LM_WS_Status LM_WS_shouldUpdateCache(LM_WS_Handle* handle, const char* utcTime,
         }
     }
     proxy.destroy();
-    LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, result:%d\n", "LM_WS_shouldUpdateCache",
+    LM_LogOutput(ClientLogArea().Id(), LM_LOG_TRACE, "%s, result:%d\n", "LM_WS_shouldUpdateCache",
                  *shouldUpdate);
     return LMUtilities::MakeStatus(rc, 0, nullptr);
 }
@@ -428,7 +304,8 @@ LM_WS_Status LM_WS_getRecommendedTitles(LM_WS_Handle* handle, int32_t titleID,
     if (client == nullptr) {
         return LM_WS_INVALID_ARGUMENT;
     }
-    const Operation op = {"getRecommendedTitles", "LM_WS_getRecommendedTitles", true};
+    const Operation op = {"getRecommendedTitles", "LM_WS_getRecommendedTitles",
+                          LogLine::RetAndCode};
     return ById(*client, client->m_RealTimeBrowse, op, "getRecommendedTitles",
                 &RealTimeBrowse::getRecommendedTitles, &_LM1__getRecommendedTitles::TitleId,
                 titleID, &_LM1__getRecommendedTitlesResponse::getRecommendedTitlesResult,
@@ -456,7 +333,7 @@ LM_WS_Status LM_WS_getMyVideos(LM_WS_Handle* handle, LM_WS_Page page, int32_t pu
     if (client->m_Params.AccessType == 1) {
         // The download service's list is never cached.
         DownloadAPI& proxy = client->m_DownloadAPI;
-        const Operation op = {"getMyVideos", "LM_WS_getMyVideos", true};
+        const Operation op = {"getMyVideos", "LM_WS_getMyVideos", LogLine::RetAndCode};
         return Call(*client, proxy, op, nullptr, &_LM1__getMyVideosResponse::getMyVideosResult,
                     convert, result, [&](_LM1__getMyVideosResponse& response) {
                         _LM1__getMyVideos request;
@@ -465,7 +342,7 @@ LM_WS_Status LM_WS_getMyVideos(LM_WS_Handle* handle, LM_WS_Page page, int32_t pu
                     });
     }
     StreamAPI& proxy = client->m_StreamAPI;
-    const Operation op = {"getMyStreamingVideos", "LM_WS_getMyVideos", true};
+    const Operation op = {"getMyStreamingVideos", "LM_WS_getMyVideos", LogLine::RetAndCode};
     CacheSlot slot = UserSlot("getMyVideos");
     SetKey(slot, "%d,%d,%d,%d,%d", page.CurrentPageNumber, page.ItemsPerPage, purchaseType,
            titleType, watchStatus);
