@@ -401,3 +401,196 @@ void LMUtilities::LM1__GetMyVideosResponse2LM_WS_MyVideosResponse(const LM1__Get
     r->TotalPages = t->TotalPages;
     r->TotalItems = t->TotalItems;
 }
+
+// ---- Account, device, purchase, streaming ----
+
+namespace {
+
+// The response code and message every answer of these operations starts with.
+template <class Wire, class Record>
+void Standard(const Wire* t, Record* r, LM_WS_ResultType type) {
+    LM_ASSERT(t != 0);
+    LM_ASSERT(r != 0);
+    EnsureTag(r->Type, type);
+    r->ResponseCode = t->ResponseCode;
+    r->ResponseMessage = LMUtilities::CopyText(t->ResponseMessage);
+}
+
+void ConfigurationItem2Record(const LM1__ConfigurationItemOfString* t, LM_WS_ConfigurationItem* r) {
+    r->Key = LMUtilities::CopyText(t->Key);
+    r->Value = LMUtilities::CopyText(t->Value);
+}
+
+void PurchasedForPass2Record(const LM1__TitleListingPurchasedForPass* t,
+                             LM_WS_TitleListingPurchasedForPass* r) {
+    LM_WS_TitleListingPurchased& p = r->Purchased;
+    TitlePart2Record(t, &p.TitleListing);
+    p.EpisodeID = t->EpisodeID;
+    p.TvListingTitleID = t->TvListingTitleID;
+    p.PurchaseType = t->PurchaseType;
+    p.Status = t->Status;
+    p.RentalPeriod = LMUtilities::CopyText(t->RentalPeriod);
+    p.PassID = t->PassID;
+    p.PlayStatus = t->PlayStatus;
+    p.StartTimeSeconds = t->StartTimeSeconds;
+    r->ResponseCode = t->ResponseCode;
+    r->ResponseMessage = LMUtilities::CopyText(t->ResponseMessage);
+}
+
+}  // namespace
+
+void LMUtilities::LM1__GetConfigResponse2LM_WS_ConfigResponse(const LM1__GetConfigResponse* t,
+                                                              LM_WS_ConfigResponse* r) {
+    Standard(t, r, LM_WS_ResultConfig);
+    const LM1__ArrayOfConfigurationItemOfString* items = t->ConfigurationSet;
+    ConvertList(items != nullptr ? items->__sizeConfiguration : 0,
+                items != nullptr ? items->Configuration : nullptr, ConfigurationItem2Record,
+                r->Count, r->Array);
+}
+
+void LMUtilities::LM1__AuthorizeDeviceResponse2LM_WS_AuthorizeDeviceResponse(
+    const LM1__AuthorizeDeviceResponse* t, LM_WS_AuthorizeDeviceResponse* r) {
+    Standard(t, r, LM_WS_ResultAuthorizeDevice);
+    r->AuthToken = CopyText(t->AuthToken);
+    r->EmailAddress = CopyText(t->EmailAddress);
+    r->DeviceID = CopyText(t->DeviceID);
+    r->DeviceName = CopyText(t->DeviceName);
+}
+
+void LMUtilities::LM1__PurchaseResponse2LM_WS_PurchaseResponse(const LM1__PurchaseResponse* t,
+                                                               LM_WS_PurchaseResponse* r) {
+    Standard(t, r, LM_WS_ResultPurchase);
+    r->PassID = t->PassID;
+    r->TransactionId = t->TransactionId;
+    r->TransactionAuthNum = CopyText(t->TransactionAuthNum);
+}
+
+void LMUtilities::LM1__GetWishlistItemsResponse2LM_WS_WishlistItemsResponse(
+    const LM1__GetWishlistItemsResponse* t, LM_WS_WishlistItemsResponse* r) {
+    Standard(t, r, LM_WS_ResultWishlistItems);
+    if (t->Titles != nullptr) {
+        LM1__ArrayOfTitleListingPurchased2LM_WS_TitleListingPurchasedArray(t->Titles, &r->Titles);
+    } else {
+        EnsureTag(r->Titles.Type, LM_WS_ResultTitleListingPurchasedArray);
+    }
+    r->CurrentPageNumber = t->CurrentPageNumber;
+    r->ItemsPerPage = t->ItemsPerPage;
+    r->TotalPages = t->TotalPages;
+    r->TotalItems = t->TotalItems;
+    r->SortOrder = t->SortOrder;
+}
+
+void LMUtilities::LM1__WishListActionResponse2LM_WS_StandardResponse(
+    const LM1__WishListActionResponse* t, LM_WS_StandardResponse* r) {
+    Standard(t, r, LM_WS_ResultStandardResponse);
+}
+
+void LMUtilities::LM1__CheckAdultVerificationEnabledResponse2LM_WS_StandardResponse(
+    const LM1__CheckAdultVerificationEnabledResponse* t, LM_WS_StandardResponse* r) {
+    Standard(t, r, LM_WS_ResultStandardResponse);
+}
+
+void LMUtilities::LM1__CheckRentalExpirationResponse2LM_WS_RentalExpirationResponse(
+    const LM1__CheckRentalExpirationResponse* t, LM_WS_RentalExpirationResponse* r) {
+    Standard(t, r, LM_WS_ResultRentalExpiration);
+    r->ShouldDisplay = t->ShouldDisplay ? 1 : 0;
+    r->HoursRemaining = t->HoursRemaining;
+}
+
+void LMUtilities::LM1__CheckAdultVerificationPinResponse2LM_WS_AdultVerificationPinResponse(
+    const LM1__CheckAdultVerificationPinResponse* t, LM_WS_AdultVerificationPinResponse* r) {
+    Standard(t, r, LM_WS_ResultAdultVerificationPin);
+    r->IsPinVerified = t->IsPinVerified ? 1 : 0;
+}
+
+void LMUtilities::LM1__GiftCertificateResponse2LM_WS_GiftCertificateResponse(
+    const LM1__GiftCertificateResponse* t, LM_WS_GiftCertificateResponse* r) {
+    Standard(t, r, LM_WS_ResultGiftCertificate);
+    r->Balance = t->Balance;
+}
+
+void LMUtilities::LM1__GetEmailAddressResponse2LM_WS_EmailAddressResponse(
+    const LM1__GetEmailAddressResponse* t, LM_WS_EmailAddressResponse* r) {
+    Standard(t, r, LM_WS_ResultEmailAddress);
+    r->EmailAddress = CopyText(t->EmailAddress);
+}
+
+void LMUtilities::LM1__BillingInfoResponse2LM_WS_BillingInfoResponse(
+    const LM1__BillingInfoResponse* t, LM_WS_BillingInfoResponse* r) {
+    Standard(t, r, LM_WS_ResultBillingInfo);
+    r->CCLastFour = CopyText(t->CCLastFour);
+    r->CCTypeId = t->CCTypeId;
+    r->CCType = CopyText(t->CCType);
+}
+
+void LMUtilities::LM1__PPCardBalanceResponse2LM_WS_PPCardBalanceResponse(
+    const LM1__PPCardBalanceResponse* t, LM_WS_PPCardBalanceResponse* r) {
+    Standard(t, r, LM_WS_ResultPPCardBalance);
+    r->Balance = t->Balance;
+}
+
+void LMUtilities::LM1__BillingInfoAndPPCBalanceResponse2LM_WS_BillingInfoAndPPCBalanceResponse(
+    const LM1__BillingInfoAndPPCBalanceResponse* t, LM_WS_BillingInfoAndPPCBalanceResponse* r) {
+    LM_ASSERT(t != 0);
+    LM_ASSERT(r != 0);
+    EnsureTag(r->Type, LM_WS_ResultBillingInfoAndPPCBalance);
+    const LM1__BillingInfoResponse noBilling;
+    const LM1__PPCardBalanceResponse noBalance;
+    LM1__BillingInfoResponse2LM_WS_BillingInfoResponse(OrEmpty(t->BillingInfo, noBilling),
+                                                       &r->BillingInfo);
+    LM1__PPCardBalanceResponse2LM_WS_PPCardBalanceResponse(OrEmpty(t->PPCardBalance, noBalance),
+                                                           &r->PPCardBalance);
+    const bool billingFailed = r->BillingInfo.ResponseCode != 0;
+    r->ResponseCode = billingFailed ? r->BillingInfo.ResponseCode : r->PPCardBalance.ResponseCode;
+    r->ResponseMessage = CopyText(billingFailed || r->PPCardBalance.ResponseCode == 0
+                                      ? r->BillingInfo.ResponseMessage
+                                      : r->PPCardBalance.ResponseMessage);
+}
+
+void LMUtilities::LM1__SettingsPageInfo2LM_WS_SettingsPageInfo(const LM1__SettingsPageInfo* t,
+                                                               LM_WS_SettingsPageInfo* r) {
+    Standard(t, r, LM_WS_ResultSettingsPageInfo);
+    r->Account = CopyText(t->Account);
+    r->DeviceID = CopyText(t->DeviceID);
+    r->DeviceName = CopyText(t->DeviceName);
+}
+
+void LMUtilities::LM1__CalcOrderTaxResponse2LM_WS_CalcOrderTaxResponse(
+    const LM1__CalcOrderTaxResponse* t, LM_WS_CalcOrderTaxResponse* r) {
+    Standard(t, r, LM_WS_ResultCalcOrderTax);
+    r->SubTotal = CopyText(t->SubTotal);
+    r->TotalPrice = CopyText(t->TotalPrice);
+    r->Tax = CopyText(t->Tax);
+}
+
+void LMUtilities::LM1__GetStreamingAssetLocationResponse2LM_WS_StreamingAssetLocationResponse(
+    const LM1__GetStreamingAssetLocationResponse* t, LM_WS_StreamingAssetLocationResponse* r) {
+    Standard(t, r, LM_WS_ResultStreamingAssetLocation);
+    r->StreamingAssetLocation = CopyText(t->StreamingAssetLocation);
+    r->AssetID = t->AssetID;
+    r->StreamID = CopyText(t->StreamID);
+    r->DRMServerURL = CopyText(t->DRMServerURL);
+    r->DRMACKServerURL = CopyText(t->DRMACKServerURL);
+    r->Status = t->Status;
+    r->StartTimeSeconds = t->StartTimeSeconds;
+    r->HeartbeatURL = CopyText(t->HeartbeatURL);
+    r->HeartbeatPollInSeconds = t->HeartbeatPollInSeconds;
+}
+
+void LMUtilities::LM1__THXMediaDirectorResponse2LM_WS_THXMediaDirectorResponse(
+    const LM1__THXMediaDirectorResponse* t, LM_WS_THXMediaDirectorResponse* r) {
+    Standard(t, r, LM_WS_ResultTHXMediaDirector);
+    r->LongFormat = CopyText(t->LongFormat);
+    r->ShortFormat = CopyText(t->ShortFormat);
+}
+
+void LMUtilities::LM1__ArrayOfTitleListingPurchasedForPass2LM_WS_TitlesPurchasedForPassesResponse(
+    const LM1__ArrayOfTitleListingPurchasedForPass* t, LM_WS_TitlesPurchasedForPassesResponse* r) {
+    LM_ASSERT(t != 0);
+    LM_ASSERT(r != 0);
+    EnsureTag(r->Type, LM_WS_ResultTitlesPurchasedForPasses);
+    r->ResponseCode = 0;
+    r->ResponseMessage = CopyText("");
+    ConvertList(t->__sizeTitleListingPurchasedForPass, t->TitleListingPurchasedForPass,
+                PurchasedForPass2Record, r->Count, r->Array);
+}

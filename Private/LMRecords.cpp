@@ -55,6 +55,38 @@ size_t RecordSize(int32_t type) {
             return sizeof(LM_WS_TranslateRecboxExternalIDResponse);
         case LM_WS_ResultTranslateSkuID:
             return sizeof(LM_WS_TranslateSkuIDResponse);
+        case LM_WS_ResultAuthorizeDevice:
+            return sizeof(LM_WS_AuthorizeDeviceResponse);
+        case LM_WS_ResultAdultVerificationPin:
+            return sizeof(LM_WS_AdultVerificationPinResponse);
+        case LM_WS_ResultStreamingAssetLocation:
+            return sizeof(LM_WS_StreamingAssetLocationResponse);
+        case LM_WS_ResultBillingInfoAndPPCBalance:
+            return sizeof(LM_WS_BillingInfoAndPPCBalanceResponse);
+        case LM_WS_ResultPurchase:
+            return sizeof(LM_WS_PurchaseResponse);
+        case LM_WS_ResultWishlistItems:
+            return sizeof(LM_WS_WishlistItemsResponse);
+        case LM_WS_ResultRentalExpiration:
+            return sizeof(LM_WS_RentalExpirationResponse);
+        case LM_WS_ResultGiftCertificate:
+            return sizeof(LM_WS_GiftCertificateResponse);
+        case LM_WS_ResultEmailAddress:
+            return sizeof(LM_WS_EmailAddressResponse);
+        case LM_WS_ResultBillingInfo:
+            return sizeof(LM_WS_BillingInfoResponse);
+        case LM_WS_ResultPPCardBalance:
+            return sizeof(LM_WS_PPCardBalanceResponse);
+        case LM_WS_ResultSettingsPageInfo:
+            return sizeof(LM_WS_SettingsPageInfo);
+        case LM_WS_ResultCalcOrderTax:
+            return sizeof(LM_WS_CalcOrderTaxResponse);
+        case LM_WS_ResultTHXMediaDirector:
+            return sizeof(LM_WS_THXMediaDirectorResponse);
+        case LM_WS_ResultTitlesPurchasedForPasses:
+            return sizeof(LM_WS_TitlesPurchasedForPassesResponse);
+        case LM_WS_ResultConfig:
+            return sizeof(LM_WS_ConfigResponse);
     }
     return 0;
 }
@@ -94,6 +126,16 @@ void FreeProducts(LM_WS_ProductListingArray& products) {
         std::free(p.AvailableAudioProfiles.Array);
     }
     std::free(products.Array);
+}
+
+template <class... Texts>
+void FreeTexts(Texts*... texts) {
+    (std::free(texts), ...);
+}
+
+void FreePurchased(LM_WS_TitleListingPurchased& p) {
+    LM_WS_FreeResult(&p.TitleListing);
+    std::free(p.RentalPeriod);
 }
 
 void FreeTitleListing(LM_WS_TitleListing& t) {
@@ -203,8 +245,7 @@ void FreeContents(int32_t type, void* record) {
             LM_WS_TitleListingPurchasedArray* a =
                 static_cast<LM_WS_TitleListingPurchasedArray*>(record);
             for (int32_t i = 0; a->Array != nullptr && i < a->Count; ++i) {
-                LM_WS_FreeResult(&a->Array[i].TitleListing);
-                std::free(a->Array[i].RentalPeriod);
+                FreePurchased(a->Array[i]);
             }
             std::free(a->Array);
             break;
@@ -232,6 +273,92 @@ void FreeContents(int32_t type, void* record) {
         case LM_WS_ResultTranslateSkuID:
             std::free(static_cast<LM_WS_TranslateSkuIDResponse*>(record)->ResponseMessage);
             break;
+        case LM_WS_ResultAuthorizeDevice: {
+            auto* r = static_cast<LM_WS_AuthorizeDeviceResponse*>(record);
+            FreeTexts(r->ResponseMessage, r->AuthToken, r->EmailAddress, r->DeviceID,
+                      r->DeviceName);
+            break;
+        }
+        case LM_WS_ResultAdultVerificationPin:
+            std::free(static_cast<LM_WS_AdultVerificationPinResponse*>(record)->ResponseMessage);
+            break;
+        case LM_WS_ResultStreamingAssetLocation: {
+            auto* r = static_cast<LM_WS_StreamingAssetLocationResponse*>(record);
+            FreeTexts(r->ResponseMessage, r->StreamingAssetLocation, r->StreamID, r->DRMServerURL,
+                      r->DRMACKServerURL, r->HeartbeatURL);
+            break;
+        }
+        case LM_WS_ResultBillingInfoAndPPCBalance: {
+            auto* r = static_cast<LM_WS_BillingInfoAndPPCBalanceResponse*>(record);
+            std::free(r->ResponseMessage);
+            LM_WS_FreeResult(&r->BillingInfo);
+            LM_WS_FreeResult(&r->PPCardBalance);
+            break;
+        }
+        case LM_WS_ResultPurchase: {
+            auto* r = static_cast<LM_WS_PurchaseResponse*>(record);
+            FreeTexts(r->ResponseMessage, r->TransactionAuthNum);
+            break;
+        }
+        case LM_WS_ResultWishlistItems: {
+            auto* r = static_cast<LM_WS_WishlistItemsResponse*>(record);
+            std::free(r->ResponseMessage);
+            LM_WS_FreeResult(&r->Titles);
+            break;
+        }
+        case LM_WS_ResultRentalExpiration:
+            std::free(static_cast<LM_WS_RentalExpirationResponse*>(record)->ResponseMessage);
+            break;
+        case LM_WS_ResultGiftCertificate:
+            std::free(static_cast<LM_WS_GiftCertificateResponse*>(record)->ResponseMessage);
+            break;
+        case LM_WS_ResultEmailAddress: {
+            auto* r = static_cast<LM_WS_EmailAddressResponse*>(record);
+            FreeTexts(r->ResponseMessage, r->EmailAddress);
+            break;
+        }
+        case LM_WS_ResultBillingInfo: {
+            auto* r = static_cast<LM_WS_BillingInfoResponse*>(record);
+            FreeTexts(r->ResponseMessage, r->CCLastFour, r->CCType);
+            break;
+        }
+        case LM_WS_ResultPPCardBalance:
+            std::free(static_cast<LM_WS_PPCardBalanceResponse*>(record)->ResponseMessage);
+            break;
+        case LM_WS_ResultSettingsPageInfo: {
+            auto* r = static_cast<LM_WS_SettingsPageInfo*>(record);
+            FreeTexts(r->ResponseMessage, r->Account, r->DeviceID, r->DeviceName);
+            break;
+        }
+        case LM_WS_ResultCalcOrderTax: {
+            auto* r = static_cast<LM_WS_CalcOrderTaxResponse*>(record);
+            FreeTexts(r->ResponseMessage, r->SubTotal, r->TotalPrice, r->Tax);
+            break;
+        }
+        case LM_WS_ResultTHXMediaDirector: {
+            auto* r = static_cast<LM_WS_THXMediaDirectorResponse*>(record);
+            FreeTexts(r->ResponseMessage, r->LongFormat, r->ShortFormat);
+            break;
+        }
+        case LM_WS_ResultTitlesPurchasedForPasses: {
+            auto* r = static_cast<LM_WS_TitlesPurchasedForPassesResponse*>(record);
+            std::free(r->ResponseMessage);
+            for (int32_t i = 0; r->Array != nullptr && i < r->Count; ++i) {
+                FreePurchased(r->Array[i].Purchased);
+                std::free(r->Array[i].ResponseMessage);
+            }
+            std::free(r->Array);
+            break;
+        }
+        case LM_WS_ResultConfig: {
+            auto* r = static_cast<LM_WS_ConfigResponse*>(record);
+            std::free(r->ResponseMessage);
+            for (int32_t i = 0; r->Array != nullptr && i < r->Count; ++i) {
+                FreeTexts(r->Array[i].Key, r->Array[i].Value);
+            }
+            std::free(r->Array);
+            break;
+        }
     }
 }
 
@@ -274,6 +401,16 @@ void LM_WS_InitResult(void* record, LM_WS_ResultType type) {
             static_cast<LM_WS_RecommendedTitlesResponse*>(record)->Titles.Type =
                 NewTag(LM_WS_ResultTitleListingArray);
             break;
+        case LM_WS_ResultWishlistItems:
+            static_cast<LM_WS_WishlistItemsResponse*>(record)->Titles.Type =
+                NewTag(LM_WS_ResultTitleListingPurchasedArray);
+            break;
+        case LM_WS_ResultBillingInfoAndPPCBalance: {
+            auto* r = static_cast<LM_WS_BillingInfoAndPPCBalanceResponse*>(record);
+            r->BillingInfo.Type = NewTag(LM_WS_ResultBillingInfo);
+            r->PPCardBalance.Type = NewTag(LM_WS_ResultPPCardBalance);
+            break;
+        }
         default:
             break;
     }

@@ -31,6 +31,24 @@ class LM1__TranslateSkuIdResponse;
 class LM1__TitleListingPurchased;
 class LM1__ArrayOfTitleListingPurchased;
 class LM1__GetMyVideosResponse;
+class LM1__GetConfigResponse;
+class LM1__AuthorizeDeviceResponse;
+class LM1__PurchaseResponse;
+class LM1__GetWishlistItemsResponse;
+class LM1__WishListActionResponse;
+class LM1__CheckAdultVerificationEnabledResponse;
+class LM1__CheckRentalExpirationResponse;
+class LM1__CheckAdultVerificationPinResponse;
+class LM1__GiftCertificateResponse;
+class LM1__GetEmailAddressResponse;
+class LM1__BillingInfoResponse;
+class LM1__PPCardBalanceResponse;
+class LM1__BillingInfoAndPPCBalanceResponse;
+class LM1__SettingsPageInfo;
+class LM1__CalcOrderTaxResponse;
+class LM1__GetStreamingAssetLocationResponse;
+class LM1__THXMediaDirectorResponse;
+class LM1__ArrayOfTitleListingPurchasedForPass;
 struct soap;
 
 struct LMDeployment;
@@ -130,6 +148,43 @@ public:
         const LM1__ArrayOfTitleListingPurchased* t, LM_WS_TitleListingPurchasedArray* r);
     static void LM1__GetMyVideosResponse2LM_WS_MyVideosResponse(const LM1__GetMyVideosResponse* t,
                                                                 LM_WS_MyVideosResponse* r);
+    static void LM1__GetConfigResponse2LM_WS_ConfigResponse(const LM1__GetConfigResponse* t,
+                                                            LM_WS_ConfigResponse* r);
+    static void LM1__AuthorizeDeviceResponse2LM_WS_AuthorizeDeviceResponse(
+        const LM1__AuthorizeDeviceResponse* t, LM_WS_AuthorizeDeviceResponse* r);
+    static void LM1__PurchaseResponse2LM_WS_PurchaseResponse(const LM1__PurchaseResponse* t,
+                                                             LM_WS_PurchaseResponse* r);
+    static void LM1__GetWishlistItemsResponse2LM_WS_WishlistItemsResponse(
+        const LM1__GetWishlistItemsResponse* t, LM_WS_WishlistItemsResponse* r);
+    static void LM1__WishListActionResponse2LM_WS_StandardResponse(
+        const LM1__WishListActionResponse* t, LM_WS_StandardResponse* r);
+    static void LM1__CheckAdultVerificationEnabledResponse2LM_WS_StandardResponse(
+        const LM1__CheckAdultVerificationEnabledResponse* t, LM_WS_StandardResponse* r);
+    static void LM1__CheckRentalExpirationResponse2LM_WS_RentalExpirationResponse(
+        const LM1__CheckRentalExpirationResponse* t, LM_WS_RentalExpirationResponse* r);
+    static void LM1__CheckAdultVerificationPinResponse2LM_WS_AdultVerificationPinResponse(
+        const LM1__CheckAdultVerificationPinResponse* t, LM_WS_AdultVerificationPinResponse* r);
+    static void LM1__GiftCertificateResponse2LM_WS_GiftCertificateResponse(
+        const LM1__GiftCertificateResponse* t, LM_WS_GiftCertificateResponse* r);
+    static void LM1__GetEmailAddressResponse2LM_WS_EmailAddressResponse(
+        const LM1__GetEmailAddressResponse* t, LM_WS_EmailAddressResponse* r);
+    static void LM1__BillingInfoResponse2LM_WS_BillingInfoResponse(
+        const LM1__BillingInfoResponse* t, LM_WS_BillingInfoResponse* r);
+    static void LM1__PPCardBalanceResponse2LM_WS_PPCardBalanceResponse(
+        const LM1__PPCardBalanceResponse* t, LM_WS_PPCardBalanceResponse* r);
+    static void LM1__BillingInfoAndPPCBalanceResponse2LM_WS_BillingInfoAndPPCBalanceResponse(
+        const LM1__BillingInfoAndPPCBalanceResponse* t, LM_WS_BillingInfoAndPPCBalanceResponse* r);
+    static void LM1__SettingsPageInfo2LM_WS_SettingsPageInfo(const LM1__SettingsPageInfo* t,
+                                                             LM_WS_SettingsPageInfo* r);
+    static void LM1__CalcOrderTaxResponse2LM_WS_CalcOrderTaxResponse(
+        const LM1__CalcOrderTaxResponse* t, LM_WS_CalcOrderTaxResponse* r);
+    static void LM1__GetStreamingAssetLocationResponse2LM_WS_StreamingAssetLocationResponse(
+        const LM1__GetStreamingAssetLocationResponse* t, LM_WS_StreamingAssetLocationResponse* r);
+    static void LM1__THXMediaDirectorResponse2LM_WS_THXMediaDirectorResponse(
+        const LM1__THXMediaDirectorResponse* t, LM_WS_THXMediaDirectorResponse* r);
+    static void LM1__ArrayOfTitleListingPurchasedForPass2LM_WS_TitlesPurchasedForPassesResponse(
+        const LM1__ArrayOfTitleListingPurchasedForPass* t,
+        LM_WS_TitlesPurchasedForPassesResponse* r);
 };
 
 #endif  // LM_UTILITIES_H

@@ -1,4 +1,4 @@
-/* Client records of the catalogue operations.
+/* Client records of the service operations.
  *
  * Every answer of the service is copied into one of these plain C structs so that callers never
  * see the SOAP toolkit's objects and the toolkit's memory can be released as soon as a call ends.
@@ -42,15 +42,31 @@ typedef enum LM_WS_ResultType {
     LM_WS_ResultTitleListingResponseArray = 16, /* LM_WS_TitleListingResponseArray */
     LM_WS_ResultTitleListingResponses = 17,     /* LM_WS_TitleListingResponses: all TV episodes */
     LM_WS_ResultTitles = 18,                    /* LM_WS_TitlesResponse: a page of titles */
-    LM_WS_ResultTitlesArray = 19,    /* LM_WS_TitlesResponseArray: pages of many genres */
-    LM_WS_ResultTvEpisode = 20,      /* LM_WS_TvEpisode */
-    LM_WS_ResultTvEpisodeArray = 21, /* LM_WS_TvEpisodeArray */
-    LM_WS_ResultTvEpisodeList = 22,  /* LM_WS_TvEpisodeList */
+    LM_WS_ResultTitlesArray = 19,     /* LM_WS_TitlesResponseArray: pages of many genres */
+    LM_WS_ResultTvEpisode = 20,       /* LM_WS_TvEpisode */
+    LM_WS_ResultTvEpisodeArray = 21,  /* LM_WS_TvEpisodeArray */
+    LM_WS_ResultTvEpisodeList = 22,   /* LM_WS_TvEpisodeList */
+    LM_WS_ResultAuthorizeDevice = 23, /* LM_WS_AuthorizeDeviceResponse */
     LM_WS_ResultTitleListingPurchasedArray = 25, /* LM_WS_TitleListingPurchasedArray */
     LM_WS_ResultMyVideos = 26,                   /* LM_WS_MyVideosResponse */
+    LM_WS_ResultAdultVerificationPin = 30,       /* LM_WS_AdultVerificationPinResponse */
+    LM_WS_ResultStreamingAssetLocation = 32,     /* LM_WS_StreamingAssetLocationResponse */
+    LM_WS_ResultBillingInfoAndPPCBalance = 36,   /* LM_WS_BillingInfoAndPPCBalanceResponse */
     LM_WS_ResultRecommendedTitles = 40,          /* LM_WS_RecommendedTitlesResponse */
+    LM_WS_ResultPurchase = 41,                   /* LM_WS_PurchaseResponse */
+    LM_WS_ResultWishlistItems = 42,              /* LM_WS_WishlistItemsResponse */
+    LM_WS_ResultRentalExpiration = 43,           /* LM_WS_RentalExpirationResponse */
+    LM_WS_ResultGiftCertificate = 44,            /* LM_WS_GiftCertificateResponse */
+    LM_WS_ResultEmailAddress = 45,               /* LM_WS_EmailAddressResponse */
+    LM_WS_ResultBillingInfo = 46,                /* LM_WS_BillingInfoResponse */
+    LM_WS_ResultPPCardBalance = 47,              /* LM_WS_PPCardBalanceResponse */
+    LM_WS_ResultSettingsPageInfo = 48,           /* LM_WS_SettingsPageInfo */
+    LM_WS_ResultCalcOrderTax = 49,               /* LM_WS_CalcOrderTaxResponse */
+    LM_WS_ResultTHXMediaDirector = 50,           /* LM_WS_THXMediaDirectorResponse */
+    LM_WS_ResultTitlesPurchasedForPasses = 51,   /* LM_WS_TitlesPurchasedForPassesResponse */
     LM_WS_ResultTranslateRecboxExternalID = 53,  /* LM_WS_TranslateRecboxExternalIDResponse */
-    LM_WS_ResultTranslateSkuID = 54              /* LM_WS_TranslateSkuIDResponse */
+    LM_WS_ResultTranslateSkuID = 54,             /* LM_WS_TranslateSkuIDResponse */
+    LM_WS_ResultConfig = 60                      /* LM_WS_ConfigResponse */
 } LM_WS_ResultType;
 
 /* Length and text (tag 2): a text answer, or the bytes of a file read whole. `Text` is a heap
@@ -314,6 +330,183 @@ typedef struct LM_WS_MyVideosResponse {
     int16_t TotalPages;
     int16_t TotalItems;
 } LM_WS_MyVideosResponse;
+
+/* ---- Account and device ---- */
+
+/* Device authorisation (tag 23): the token the client sends from now on, and the account. */
+typedef struct LM_WS_AuthorizeDeviceResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    char* AuthToken;
+    char* EmailAddress;
+    char* DeviceID;
+    char* DeviceName;
+} LM_WS_AuthorizeDeviceResponse;
+
+/* A purchase with the saved billing details (tag 41). */
+typedef struct LM_WS_PurchaseResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    int32_t PassID;
+    int32_t TransactionId;
+    char* TransactionAuthNum;
+} LM_WS_PurchaseResponse;
+
+/* A page of the wishlist (tag 42). */
+typedef struct LM_WS_WishlistItemsResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    LM_WS_TitleListingPurchasedArray Titles;
+    int16_t CurrentPageNumber;
+    int16_t ItemsPerPage;
+    int16_t TotalPages;
+    int16_t TotalItems;
+    int32_t SortOrder;
+} LM_WS_WishlistItemsResponse;
+
+/* Whether a rental's expiry should be shown, and the hours left (tag 43). */
+typedef struct LM_WS_RentalExpirationResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    uint8_t ShouldDisplay;
+    int32_t HoursRemaining;
+} LM_WS_RentalExpirationResponse;
+
+/* The adult PIN check (tag 30). */
+typedef struct LM_WS_AdultVerificationPinResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    uint8_t IsPinVerified;
+} LM_WS_AdultVerificationPinResponse;
+
+/* A gift certificate credited to the account: the new balance (tag 44). */
+typedef struct LM_WS_GiftCertificateResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    int32_t Balance;
+} LM_WS_GiftCertificateResponse;
+
+/* Tag 45. */
+typedef struct LM_WS_EmailAddressResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    char* EmailAddress;
+} LM_WS_EmailAddressResponse;
+
+/* The saved card (tag 46). */
+typedef struct LM_WS_BillingInfoResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    char* CCLastFour;
+    int32_t CCTypeId;
+    char* CCType;
+} LM_WS_BillingInfoResponse;
+
+/* The prepaid balance (tag 47). */
+typedef struct LM_WS_PPCardBalanceResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    int32_t Balance;
+} LM_WS_PPCardBalanceResponse;
+
+/* Both of the above in one answer (tag 36). The service sends no status of its own: ResponseCode
+ * is the first non-zero code of the two parts, ResponseMessage that part's message. */
+typedef struct LM_WS_BillingInfoAndPPCBalanceResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    LM_WS_BillingInfoResponse BillingInfo;
+    LM_WS_PPCardBalanceResponse PPCardBalance;
+} LM_WS_BillingInfoAndPPCBalanceResponse;
+
+/* What the settings page shows (tag 48). */
+typedef struct LM_WS_SettingsPageInfo {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    char* Account;
+    char* DeviceID;
+    char* DeviceName;
+} LM_WS_SettingsPageInfo;
+
+/* The tax of an order (tag 49); amounts are the service's decimal texts. */
+typedef struct LM_WS_CalcOrderTaxResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    char* SubTotal;
+    char* TotalPrice;
+    char* Tax;
+} LM_WS_CalcOrderTaxResponse;
+
+/* ---- Streaming ---- */
+
+/* Where to stream a title or bonus asset from, and where its last playback stopped (tag 32). */
+typedef struct LM_WS_StreamingAssetLocationResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    char* StreamingAssetLocation;
+    int32_t AssetID;
+    char* StreamID;
+    char* DRMServerURL;
+    char* DRMACKServerURL;
+    int32_t Status; /* play status */
+    int32_t StartTimeSeconds;
+    char* HeartbeatURL;
+    int32_t HeartbeatPollInSeconds;
+} LM_WS_StreamingAssetLocationResponse;
+
+/* Media-director data of a title or bonus asset (tag 50). */
+typedef struct LM_WS_THXMediaDirectorResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    char* LongFormat;
+    char* ShortFormat;
+} LM_WS_THXMediaDirectorResponse;
+
+/* A title bought through a pass, with the status of its own lookup. */
+typedef struct LM_WS_TitleListingPurchasedForPass {
+    LM_WS_TitleListingPurchased Purchased;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+} LM_WS_TitleListingPurchasedForPass;
+
+/* The titles of a list of passes (tag 51); the service sends the list alone: ResponseCode stays
+ * 0 and ResponseMessage "". */
+typedef struct LM_WS_TitlesPurchasedForPassesResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    int32_t Count;
+    LM_WS_TitleListingPurchasedForPass* Array;
+} LM_WS_TitlesPurchasedForPassesResponse;
+
+/* ---- Configuration ---- */
+
+typedef struct LM_WS_ConfigurationItem {
+    char* Key;
+    char* Value;
+} LM_WS_ConfigurationItem;
+
+/* The service's configuration (tag 60): key and value pairs in the service's order. */
+typedef struct LM_WS_ConfigResponse {
+    int32_t* Type;
+    int32_t ResponseCode;
+    char* ResponseMessage;
+    int32_t Count;
+    LM_WS_ConfigurationItem* Array;
+} LM_WS_ConfigResponse;
 
 /* ---- File type ----
  *

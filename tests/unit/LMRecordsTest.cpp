@@ -393,6 +393,71 @@ TEST_F(Conversion, SmallAnswers) {
     LM_WS_FreeResult(&text);
 }
 
+TEST_F(Conversion, AccountAnswersWithNestedParts) {
+    // Billing and balance in one answer: the record's status is the first failing part's.
+    LM1__BillingInfoAndPPCBalanceResponse* both =
+        soap_new_LM1__BillingInfoAndPPCBalanceResponse(&ctx);
+    both->BillingInfo = soap_new_LM1__BillingInfoResponse(&ctx);
+    both->BillingInfo->CCLastFour = Text("4242");
+    both->PPCardBalance = soap_new_LM1__PPCardBalanceResponse(&ctx);
+    both->PPCardBalance->ResponseCode = 3;
+    both->PPCardBalance->ResponseMessage = Text("No prepaid card");
+    LM_WS_BillingInfoAndPPCBalanceResponse bothRec;
+    LM_WS_InitResult(&bothRec, LM_WS_ResultBillingInfoAndPPCBalance);
+    LMUtilities::LM1__BillingInfoAndPPCBalanceResponse2LM_WS_BillingInfoAndPPCBalanceResponse(
+        both, &bothRec);
+    EXPECT_EQ(3, bothRec.ResponseCode);
+    EXPECT_STREQ("No prepaid card", bothRec.ResponseMessage);
+    EXPECT_STREQ("4242", bothRec.BillingInfo.CCLastFour);
+    EXPECT_STREQ("", bothRec.BillingInfo.CCType);
+    EXPECT_EQ(LM_WS_ResultPPCardBalance, *bothRec.PPCardBalance.Type);
+
+    // A part the service left out converts as an empty part.
+    both->BillingInfo = nullptr;
+    LM_WS_BillingInfoAndPPCBalanceResponse partRec;
+    LM_WS_InitResult(&partRec, LM_WS_ResultBillingInfoAndPPCBalance);
+    LMUtilities::LM1__BillingInfoAndPPCBalanceResponse2LM_WS_BillingInfoAndPPCBalanceResponse(
+        both, &partRec);
+    EXPECT_STREQ("", partRec.BillingInfo.CCLastFour);
+
+    LM1__GetConfigResponse* config = soap_new_LM1__GetConfigResponse(&ctx);
+    config->ConfigurationSet = soap_new_LM1__ArrayOfConfigurationItemOfString(&ctx);
+    config->ConfigurationSet->__sizeConfiguration = 2;
+    config->ConfigurationSet->Configuration = Slots<LM1__ConfigurationItemOfString>(2);
+    config->ConfigurationSet->Configuration[0] = soap_new_LM1__ConfigurationItemOfString(&ctx);
+    config->ConfigurationSet->Configuration[0]->Key = Text("BandwithCheckURL");
+    config->ConfigurationSet->Configuration[0]->Value = Text("http://h/f.bin");
+    LM_WS_ConfigResponse configRec;
+    LM_WS_InitResult(&configRec, LM_WS_ResultConfig);
+    LMUtilities::LM1__GetConfigResponse2LM_WS_ConfigResponse(config, &configRec);
+    ASSERT_EQ(2, configRec.Count);
+    EXPECT_STREQ("http://h/f.bin", configRec.Array[0].Value);
+    EXPECT_STREQ("", configRec.Array[1].Key) << "a nil item keeps its place";
+
+    LM1__ArrayOfTitleListingPurchasedForPass* passes =
+        soap_new_LM1__ArrayOfTitleListingPurchasedForPass(&ctx);
+    passes->__sizeTitleListingPurchasedForPass = 1;
+    passes->TitleListingPurchasedForPass = Slots<LM1__TitleListingPurchasedForPass>(1);
+    passes->TitleListingPurchasedForPass[0] = soap_new_LM1__TitleListingPurchasedForPass(&ctx);
+    passes->TitleListingPurchasedForPass[0]->TitleName = Text("Heist");
+    passes->TitleListingPurchasedForPass[0]->PassID = 77;
+    passes->TitleListingPurchasedForPass[0]->ResponseCode = 4;
+    LM_WS_TitlesPurchasedForPassesResponse passesRec;
+    LM_WS_InitResult(&passesRec, LM_WS_ResultTitlesPurchasedForPasses);
+    LMUtilities::LM1__ArrayOfTitleListingPurchasedForPass2LM_WS_TitlesPurchasedForPassesResponse(
+        passes, &passesRec);
+    ASSERT_EQ(1, passesRec.Count);
+    EXPECT_STREQ("Heist", passesRec.Array[0].Purchased.TitleListing.TitleName);
+    EXPECT_EQ(77, passesRec.Array[0].Purchased.PassID);
+    EXPECT_EQ(4, passesRec.Array[0].ResponseCode);
+    EXPECT_EQ(0, passesRec.ResponseCode);
+
+    LM_WS_FreeResult(&bothRec);
+    LM_WS_FreeResult(&partRec);
+    LM_WS_FreeResult(&configRec);
+    LM_WS_FreeResult(&passesRec);
+}
+
 TEST(TextIsTrue, OnlyTrueInAnyCase) {
     for (const char* yes : {"true", "TRUE", "True", "tRuE"}) {
         EXPECT_EQ(1, LMUtilities::TextIsTrue(yes)) << yes;
@@ -432,6 +497,22 @@ const LM_WS_ResultType kAllTypes[] = {
     LM_WS_ResultRecommendedTitles,
     LM_WS_ResultTranslateRecboxExternalID,
     LM_WS_ResultTranslateSkuID,
+    LM_WS_ResultAuthorizeDevice,
+    LM_WS_ResultAdultVerificationPin,
+    LM_WS_ResultStreamingAssetLocation,
+    LM_WS_ResultBillingInfoAndPPCBalance,
+    LM_WS_ResultPurchase,
+    LM_WS_ResultWishlistItems,
+    LM_WS_ResultRentalExpiration,
+    LM_WS_ResultGiftCertificate,
+    LM_WS_ResultEmailAddress,
+    LM_WS_ResultBillingInfo,
+    LM_WS_ResultPPCardBalance,
+    LM_WS_ResultSettingsPageInfo,
+    LM_WS_ResultCalcOrderTax,
+    LM_WS_ResultTHXMediaDirector,
+    LM_WS_ResultTitlesPurchasedForPasses,
+    LM_WS_ResultConfig,
 };
 
 TEST(Release, InitialisedButUnfilledRecordsOfEveryKindRelease) {
