@@ -21,6 +21,8 @@ struct LMWSClient {
     LM_WS_SetupParams2 m_Params;
     CacheMgr* m_CacheMgr = nullptr;
     LMAnswerMemo m_AnswerMemo;  // decoded copies of recently read cache entries
+    // The token validity the last LM_WS_checkAuthToken saw: user data is dropped when it changes.
+    bool m_AuthTokenValid = false;
 
     LMWSClient() = default;
     ~LMWSClient() { delete m_CacheMgr; }

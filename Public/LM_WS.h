@@ -161,6 +161,186 @@ LM_WS_Status LM_WS_getMyVideos(LM_WS_Handle* handle, LM_WS_Page page, int32_t pu
                                int32_t titleType, int32_t watchStatus,
                                LM_WS_MyVideosResponse* result);
 
+/* ---- Configuration ---- */
+
+/* The service's configuration items (key and value pairs), among them "BandwithCheckURL". */
+LM_WS_Status LM_WS_getConfig(LM_WS_Handle* handle, LM_WS_ConfigResponse* result);
+
+/* ---- Account, device, wishlist and purchases ----
+ *
+ * These go to the download service when the client's access type is 1 and to the streaming
+ * service otherwise, unless said otherwise. Statuses as for the catalogue; a response code with a
+ * status of its own (wrong activation pin -1005, the purchase, billing, gift-certificate and tax
+ * codes) comes back as that status. Operations that change the account drop the cached user data
+ * they affect (CacheData bit 4). */
+
+/* Authorises this device with the activation pin shown on the account's web page; on success the
+ * returned token is sent with every later call of this client and the cached user data is
+ * dropped. -1005 wrong pin, -1006 too many devices. */
+LM_WS_Status LM_WS_authorizeDevice(LM_WS_Handle* handle, int32_t pin,
+                                   LM_WS_AuthorizeDeviceResponse* result);
+
+/* Deactivates this device; on success the client's token becomes empty. */
+LM_WS_Status LM_WS_deactivateDevice(LM_WS_Handle* handle, LM_WS_StandardResponse* result);
+
+/* Whether the client's token is valid (*valid 1). A change of validity drops the cached user
+ * data. Only the transport status is returned. */
+LM_WS_Status LM_WS_checkAuthToken(LM_WS_Handle* handle, uint8_t* valid);
+
+/* Buys a product (SKU) with the account's saved billing details, from the prepaid balance first
+ * when `usePrePaidFunds` is non-zero. Clears the cached wishlist and its flags on success. */
+LM_WS_Status LM_WS_doPurchaseSavedBilling(LM_WS_Handle* handle, int32_t skuID,
+                                          const char* ipAddress, uint8_t usePrePaidFunds,
+                                          LM_WS_PurchaseResponse* result);
+
+/* A page of the wishlist in a sort order, for a title type (0 any, 1 TV, 2 movies). Cached among
+ * the user data (bit 4). */
+LM_WS_Status LM_WS_getWishlistItems(LM_WS_Handle* handle, int32_t sortOrder, LM_WS_Page page,
+                                    int32_t titleType, LM_WS_WishlistItemsResponse* result);
+
+/* Adds a title to / removes a title from / empties the wishlist, keeping the cached wishlist
+ * flags in step. */
+LM_WS_Status LM_WS_addItemToWishlist(LM_WS_Handle* handle, int32_t titleID,
+                                     LM_WS_StandardResponse* result);
+LM_WS_Status LM_WS_removeItemFromWishlist(LM_WS_Handle* handle, int32_t titleID,
+                                          LM_WS_StandardResponse* result);
+LM_WS_Status LM_WS_removeAllItemsFromWishlist(LM_WS_Handle* handle, LM_WS_StandardResponse* result);
+
+/* Whether a title is on the wishlist (*inWishlist 1): answered from the cached flag when there
+ * is one, otherwise from the title's page (and the flag is cached). */
+LM_WS_Status LM_WS_checkTitleInWishlist(LM_WS_Handle* handle, int32_t titleID, uint8_t* inWishlist);
+
+/* One flag per title of `titleIDs[0..count)`: 1 when the title is on the wishlist (of the given
+ * title type). The flags found are cached. */
+LM_WS_Status LM_WS_checkTitlesInWishlist(LM_WS_Handle* handle, const int32_t* titleIDs,
+                                         int32_t count, int32_t titleType, uint8_t* flags);
+
+/* Whether the account bought or rented a title / a product (*purchased 1). Only the transport
+ * status is returned. The product check always asks the streaming service. */
+LM_WS_Status LM_WS_checkForPurchasedTitle(LM_WS_Handle* handle, int32_t titleID,
+                                          uint8_t* purchased);
+LM_WS_Status LM_WS_checkForPurchasedSku(LM_WS_Handle* handle, int32_t skuID, uint8_t* purchased);
+
+/* Whether the expiry of a rental (pass) should be shown, and the hours left. */
+LM_WS_Status LM_WS_checkRentalExpiration(LM_WS_Handle* handle, int32_t passID,
+                                         LM_WS_RentalExpirationResponse* result);
+
+/* Whether adult verification is enabled for the account (response code 0 when it is). */
+LM_WS_Status LM_WS_checkAdultVerificationEnabled(LM_WS_Handle* handle,
+                                                 LM_WS_StandardResponse* result);
+
+/* Checks the adult PIN (sent as four digits, never stored or logged). */
+LM_WS_Status LM_WS_checkAdultVerificationPin(LM_WS_Handle* handle, int32_t pin,
+                                             LM_WS_AdultVerificationPinResponse* result);
+
+/* Credits a gift certificate to the account. -1000 for an empty code. */
+LM_WS_Status LM_WS_assignGiftCertificateToUser(LM_WS_Handle* handle, const char* code,
+                                               LM_WS_GiftCertificateResponse* result);
+
+/* The account's e-mail address, saved card and settings-page texts; cached among the user data
+ * (bit 4). */
+LM_WS_Status LM_WS_getEmailAddress(LM_WS_Handle* handle, LM_WS_EmailAddressResponse* result);
+LM_WS_Status LM_WS_getBillingInfo(LM_WS_Handle* handle, LM_WS_BillingInfoResponse* result);
+LM_WS_Status LM_WS_getSettingsPageInfo(LM_WS_Handle* handle, LM_WS_SettingsPageInfo* result);
+
+/* The prepaid balance. */
+LM_WS_Status LM_WS_getPrePaidCardBalance(LM_WS_Handle* handle, LM_WS_PPCardBalanceResponse* result);
+
+/* The account's country. Only the transport status is returned. */
+LM_WS_Status LM_WS_getCountryID(LM_WS_Handle* handle, int32_t* countryID);
+
+/* The account's default audio setting (streaming service). */
+LM_WS_Status LM_WS_setAudioDefaultProperty(LM_WS_Handle* handle, int32_t audioSetting,
+                                           LM_WS_StandardResponse* result);
+LM_WS_Status LM_WS_getAudioDefaultProperty(LM_WS_Handle* handle, int32_t* audioSetting);
+
+/* The tax of buying a product (streaming service). */
+LM_WS_Status LM_WS_calcOrderTax(LM_WS_Handle* handle, int32_t skuID,
+                                LM_WS_CalcOrderTaxResponse* result);
+
+/* ---- Streaming (streaming service, never cached) ---- */
+
+/* Where to stream a pass's title in a file profile, and where its playback last stopped. */
+LM_WS_Status LM_WS_getStreamingAssetLocation(LM_WS_Handle* handle, int32_t passID,
+                                             int32_t fileProfile,
+                                             LM_WS_StreamingAssetLocationResponse* result);
+LM_WS_Status LM_WS_getStreamingBonusAssetLocation(LM_WS_Handle* handle, int32_t bonusAssetID,
+                                                  LM_WS_StreamingAssetLocationResponse* result);
+LM_WS_Status LM_WS_loadLastStreamingAssetLocation(LM_WS_Handle* handle, int32_t passID,
+                                                  int32_t fileProfile,
+                                                  LM_WS_StreamingAssetLocationResponse* result);
+
+/* Reports the state of a stream (play status 0 play, 1 stopped, 2 paused, 3 resumed, 4 error)
+ * and the position in seconds. -1000 for an empty stream id (nothing is sent). */
+LM_WS_Status LM_WS_manageStreamingInstanceStatus(LM_WS_Handle* handle, const char* streamID,
+                                                 int32_t status, int32_t stopTimeSeconds,
+                                                 LM_WS_StandardResponse* result);
+
+/* Media-director data of a pass's title or of a bonus asset. */
+LM_WS_Status LM_WS_getTHXMediaDirector(LM_WS_Handle* handle, int32_t passID, int32_t fileProfile,
+                                       int32_t audioSetting,
+                                       LM_WS_THXMediaDirectorResponse* result);
+LM_WS_Status LM_WS_getTHXMediaDirectorBonusAsset(LM_WS_Handle* handle, int32_t bonusAssetID,
+                                                 int32_t fileProfile, int32_t bonusAssetType,
+                                                 LM_WS_THXMediaDirectorResponse* result);
+
+/* The titles bought through passes[0..count). -1000 for no passes. */
+LM_WS_Status LM_WS_getTitleListingsPurchasedForPasses(
+    LM_WS_Handle* handle, const int32_t* passes, int32_t count,
+    LM_WS_TitlesPurchasedForPassesResponse* result);
+
+/* The saved card and the prepaid balance in one call. */
+LM_WS_Status LM_WS_getBillingInfoAndPPCBalance(LM_WS_Handle* handle,
+                                               LM_WS_BillingInfoAndPPCBalanceResponse* result);
+
+/* Removes every purchase of the account (a test service of the operator). -1000 for an empty
+ * password. */
+LM_WS_Status LM_WS_removeAllMyPurchases(LM_WS_Handle* handle, const char* password,
+                                        LM_WS_StandardResponse* result);
+
+/* Asks the service for its error answer (a test of the error path). */
+LM_WS_Status LM_WS_ReturnError(LM_WS_Handle* handle, LM_WS_StandardResponse* result);
+
+/* ---- Network probes and device helpers ---- */
+
+/* Measures the download rate from the service's bandwidth-check file (its URL comes from the
+ * configuration item "BandwithCheckURL", fetched once per client): at most 204800 bytes are read;
+ * *bitsPerSecond is 0 on failure. -1920 when no URL is configured, -1921 when it has no host or
+ * path, -2011 no connection, -1901 file not found, -1001 a failed or malformed exchange. */
+LM_WS_Status LM_WS_checkBandwidth(LM_WS_Handle* handle, uint32_t* bitsPerSecond);
+
+/* The service's clock (seconds since 1970-01-01 UTC) from the production host's device-time page;
+ * *utcSeconds is -1 on failure. -2011 no connection, -1001 a failed or malformed exchange, -1004
+ * an incomplete or unreadable body. */
+LM_WS_Status LM_WS_getDeviceTime(int32_t* utcSeconds);
+
+/* The output of the system's md5sum tool for `path` (digest, separator, file name). -1000 for a
+ * null path, -1004 when the tool cannot be started. */
+LM_WS_Status LM_WS_md5sum(const char* path, LM_WS_LengthAndText* result);
+
+/* Copies `source` to `destination` unless the destination exists already (then 0, untouched).
+ * -1000 for a null argument, -1900 when reading or writing fails. */
+LM_WS_Status LM_WS_copyFile(const char* source, const char* destination);
+
+/* Deletes `path` when it exists. -1000 for a null path, otherwise 0. */
+LM_WS_Status LM_WS_deleteFile(const char* path);
+
+/* The IPv4 address of the first network interface that is up and not the loopback, as text.
+ * -1004 when there is none. */
+LM_WS_Status LM_WS_getLocalIPAddr(LM_WS_LengthAndText* result);
+
+/* Refreshes the client's cache for the bits of `mask` that its CacheData has: 1 the catalogue
+ * (its load time is asked and, when it changed, the cached answers dropped), 2 box art marked for
+ * revalidation, 4 user data dropped. -1000 without a client; 0 otherwise, also without a cache. */
+LM_WS_Status LM_WS_updateLocalCache(LM_WS_Handle* handle, uint32_t mask);
+
+/* The local file of a title's box art in `size`, fetched from the service's web host when the
+ * client holds no current copy (a copy marked for revalidation is asked for with its
+ * Last-Modified). The result is the local file name; when no copy can be had, the image's address
+ * on the web host, and the status says why (-1901 not found, -2011 no connection, -1001, -1900). */
+LM_WS_Status LM_WS_getBoxArtImage(LM_WS_Handle* handle, LM_WS_BoxArtSize size, const char* prefix,
+                                  LM_WS_LengthAndText* result);
+
 #ifdef __cplusplus
 }
 #endif
