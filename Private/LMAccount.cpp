@@ -12,6 +12,7 @@
 
 #include "LMCall.h"
 #include "LMLog.h"
+#include "LMSoapLogPlugin.h"
 #include "LMUtilities.h"
 #include "LMWSClient.h"
 #include "LM_WS.h"
@@ -501,8 +502,10 @@ LM_WS_Status LM_WS_checkAdultVerificationPin(LM_WS_Handle* handle, int32_t pin,
                           LogLine::RetAndCode};
     char text[20];
     snprintf(text, sizeof(text), "%04d", pin);
+    // The PIN is neither stored nor logged: the raw exchange stays out of the log too.
     LM_WS_Status status = OnFacade(*client, [&](auto& proxy) {
-        return Call(
+        LMSoapLogPlugin::SetQuiet(proxy.soap, true);
+        LM_WS_Status s = Call(
             *client, proxy, op, nullptr,
             &_LM1__checkAdultVerificationPinResponse::checkAdultVerificationPinResult,
             &LMUtilities::LM1__CheckAdultVerificationPinResponse2LM_WS_AdultVerificationPinResponse,
@@ -511,6 +514,8 @@ LM_WS_Status LM_WS_checkAdultVerificationPin(LM_WS_Handle* handle, int32_t pin,
                 request.Pin = text;
                 return proxy.checkAdultVerificationPin(&request, response);
             });
+        LMSoapLogPlugin::SetQuiet(proxy.soap, false);
+        return s;
     });
     memset(text, 0, sizeof(text));  // the PIN does not outlive the call
     return status;

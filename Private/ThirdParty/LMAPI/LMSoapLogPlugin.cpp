@@ -15,7 +15,7 @@ int LMSoapLogPlugin::Register(struct soap* soap) {
 }
 
 int LMSoapLogPlugin::Create(struct soap* soap, struct soap_plugin* plugin, void* /*arg*/) {
-    Data* data = new (std::nothrow) Data{soap->fsend, soap->frecv};
+    Data* data = new (std::nothrow) Data{soap->fsend, soap->frecv, false};
     if (data == nullptr) {
         return SOAP_EOM;
     }
@@ -44,11 +44,19 @@ void LMSoapLogPlugin::Delete(struct soap* /*soap*/, struct soap_plugin* plugin) 
     plugin->data = nullptr;
 }
 
+void LMSoapLogPlugin::SetQuiet(struct soap* soap, bool quiet) {
+    if (Data* plugin = static_cast<Data*>(soap_lookup_plugin(soap, kId))) {
+        plugin->quiet = quiet;
+    }
+}
+
 int LMSoapLogPlugin::Send(struct soap* soap, const char* data, size_t length) {
-    LM_LogOutputwithLen(SENT_LMLogAreaID, LM_LOG_TRACE, data, static_cast<unsigned>(length));
     const Data* plugin = static_cast<const Data*>(soap_lookup_plugin(soap, kId));
     if (plugin == nullptr) {  // the context was ended and its plug-ins deleted
         return soap->error = SOAP_PLUGIN_ERROR;
+    }
+    if (!plugin->quiet) {
+        LM_LogOutputwithLen(SENT_LMLogAreaID, LM_LOG_TRACE, data, static_cast<unsigned>(length));
     }
     return plugin->fsend(soap, data, length);
 }
@@ -59,7 +67,7 @@ size_t LMSoapLogPlugin::Recv(struct soap* soap, char* buffer, size_t length) {
         return 0;
     }
     size_t received = plugin->frecv(soap, buffer, length);
-    if (received > 0) {
+    if (received > 0 && !plugin->quiet) {
         LM_LogOutputwithLen(RECV_LMLogAreaID, LM_LOG_TRACE, buffer,
                             static_cast<unsigned>(received));
     }

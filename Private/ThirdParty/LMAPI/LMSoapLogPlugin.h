@@ -29,10 +29,15 @@ public:
     // The plug-in's creation callback, for soap_register_plugin(soap, LMSoapLogPlugin::Create).
     static int Create(struct soap* soap, struct soap_plugin* plugin, void* arg);
 
+    // Stops (true) or resumes (false) logging the bytes of `soap`, for exchanges that carry a
+    // secret the log must not keep. Does nothing on a context without the plug-in.
+    static void SetQuiet(struct soap* soap, bool quiet);
+
 private:
     struct Data {
         int (*fsend)(struct soap*, const char*, size_t);
         size_t (*frecv)(struct soap*, char*, size_t);
+        bool quiet;
     };
 
     static int Copy(struct soap* soap, struct soap_plugin* dst, struct soap_plugin* src);
