@@ -34,22 +34,6 @@ void DropUserData(LMWSClient& client, const char* name) {
     }
 }
 
-// A call whose answer is a plain value rather than a record: prepare the proxy, ask, hand the
-// answer to `take`, free the call's data. Returns the toolkit's code.
-template <class Response, class Proxy, class Ask, class Take>
-int ValueCall(Proxy& proxy, const char* operation, Ask ask, Take take) {
-    Response response;
-    int rc = proxy.Setup(LMString(operation));
-    if (rc == SOAP_OK) {
-        rc = ask(response);
-    }
-    if (rc == SOAP_OK) {
-        take(response);
-    }
-    proxy.destroy();
-    return rc;
-}
-
 void LogResult(const char* name, int value) {
     LM_LogOutput(ClientLogArea().Id(), LM_LOG_TRACE, "%s, result:%d\n", name, value);
 }

@@ -164,6 +164,22 @@ LM_WS_Status Call(LMWSClient& client, Proxy& proxy, const Operation& op, const C
     return LMUtilities::MakeStatus(rc, code, op.MapsByName ? op.Client : nullptr);
 }
 
+// A call whose answer is a plain value rather than a record: prepare the proxy, ask, hand the
+// answer to `take`, free the call's data. Returns the toolkit's code.
+template <class Response, class Proxy, class Ask, class Take>
+int ValueCall(Proxy& proxy, const char* operation, Ask ask, Take take) {
+    Response response;
+    int rc = proxy.Setup(LMString(operation));
+    if (rc == SOAP_OK) {
+        rc = ask(response);
+    }
+    if (rc == SOAP_OK) {
+        take(response);
+    }
+    proxy.destroy();
+    return rc;
+}
+
 // Runs `f` with the proxy the facade picks for the operations both StreamAPI and DownloadAPI
 // offer: DownloadAPI for access type 1, StreamAPI otherwise.
 template <class F>

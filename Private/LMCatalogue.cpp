@@ -282,17 +282,16 @@ LM_WS_Status LM_WS_shouldUpdateCache(LM_WS_Handle* handle, const char* utcTime,
         return LM_WS_INVALID_ARGUMENT;
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
-    int rc = proxy.Setup(LMString("shouldUpdateCache"));
-    if (rc == SOAP_OK) {
-        _LM1__shouldUpdateCache request;
-        _LM1__shouldUpdateCacheResponse response;
-        request.UTCTime = const_cast<char*>(utcTime);
-        rc = proxy.shouldUpdateCache(&request, response);
-        if (rc == SOAP_OK && response.shouldUpdateCacheResult == 1) {
-            *shouldUpdate = 1;
-        }
-    }
-    proxy.destroy();
+    int rc = ValueCall<_LM1__shouldUpdateCacheResponse>(
+        proxy, "shouldUpdateCache",
+        [&](_LM1__shouldUpdateCacheResponse& response) {
+            _LM1__shouldUpdateCache request;
+            request.UTCTime = const_cast<char*>(utcTime);
+            return proxy.shouldUpdateCache(&request, response);
+        },
+        [&](const _LM1__shouldUpdateCacheResponse& response) {
+            *shouldUpdate = response.shouldUpdateCacheResult == 1 ? 1 : 0;
+        });
     LM_LogOutput(ClientLogArea().Id(), LM_LOG_TRACE, "%s, result:%d\n", "LM_WS_shouldUpdateCache",
                  *shouldUpdate);
     return LMUtilities::MakeStatus(rc, 0, nullptr);

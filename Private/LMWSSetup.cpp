@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "LMCall.h"
 #include "LMDeployment.h"
 #include "LMFile.h"
 #include "LMLog.h"
@@ -267,20 +268,19 @@ LM_WS_Status LM_WS_getLastCacheLoadTimeUTC(LM_WS_Handle* handle, LM_WS_LengthAnd
         return LM_WS_INVALID_ARGUMENT;
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
-    int rc = proxy.Setup(LMString("getLastCacheLoadTimeUTC"));
-    if (rc == SOAP_OK) {
-        _LM1__getLastCacheLoadTimeUTC request;
-        _LM1__getLastCacheLoadTimeUTCResponse response;
-        rc = proxy.getLastCacheLoadTimeUTC(&request, response);
-        if (rc == SOAP_OK) {
+    int rc = LMCall::ValueCall<_LM1__getLastCacheLoadTimeUTCResponse>(
+        proxy, "getLastCacheLoadTimeUTC",
+        [&](_LM1__getLastCacheLoadTimeUTCResponse& response) {
+            _LM1__getLastCacheLoadTimeUTC request;
+            return proxy.getLastCacheLoadTimeUTC(&request, response);
+        },
+        [&](const _LM1__getLastCacheLoadTimeUTCResponse& response) {
             LMUtilities::String2LM_WS_LengthAndText(response.getLastCacheLoadTimeUTCResult, result);
-        }
-    }
+        });
     LM_WS_Status status = LMUtilities::MakeStatus(rc, 0, nullptr);
     LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d,utctime:%s\n",
                  "LM_WS_getLastCacheLoadTimeUTC", status,
                  result->Text != nullptr ? result->Text : "");
-    proxy.destroy();
     return status;
 }
 
@@ -294,29 +294,32 @@ LM_WS_Status LM_WS_getFileType(LM_WS_Handle* handle, LM_WS_FileType* result) {
         return LM_WS_INVALID_ARGUMENT;
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
-    int rc = proxy.Setup(LMString("getFileType"));
-    LM_WS_Status status = LM_WS_OK;
-    if (rc == SOAP_OK) {
-        _LM1__getFileType request;
-        _LM1__getFileTypeResponse response;
-        rc = proxy.getFileType(&request, response);
-        const LM1__FileType* t = response.getFileTypeResult;
-        if (rc == SOAP_OK && t == nullptr) {
-            status = LM_WS_RESPONSE_CODE;  // an answer without a file type
-        } else if (rc == SOAP_OK) {
+    bool answered = false;
+    int rc = LMCall::ValueCall<_LM1__getFileTypeResponse>(
+        proxy, "getFileType",
+        [&](_LM1__getFileTypeResponse& response) {
+            _LM1__getFileType request;
+            return proxy.getFileType(&request, response);
+        },
+        [&](const _LM1__getFileTypeResponse& response) {
+            const LM1__FileType* t = response.getFileTypeResult;
+            if (t == nullptr) {
+                return;
+            }
+            answered = true;
             result->DRMProvider = t->File_USCOREDRMProvider;
             result->AccessType = t->File_USCOREAccessType;
             result->FileProfile = t->File_USCOREFileProfile;
             result->VideoFormat = t->File_USCOREVideoFormat;
             result->FileExtension = t->File_USCOREFileExtension;
-            client->SetAccessType(result->AccessType);
-        }
-    }
-    if (rc != SOAP_OK) {
-        status = LMUtilities::MakeStatus(rc, 0, nullptr);
+        });
+    LM_WS_Status status = LMUtilities::MakeStatus(rc, 0, nullptr);
+    if (rc == SOAP_OK && !answered) {
+        status = LM_WS_RESPONSE_CODE;  // an answer without a file type
+    } else if (answered) {
+        client->SetAccessType(result->AccessType);
     }
     LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d\n", "LM_WS_getFileType", status);
-    proxy.destroy();
     return status;
 }
 
