@@ -1,0 +1,442 @@
+// The network probes and box art on loopback: a scripted server for answers a real server would
+// not give (cut bodies, oversized heads, held connections), and nginx as a real web host for
+// box-art downloads and revalidation.
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utime.h>
+
+#include <chrono>
+#include <fstream>
+#include <memory>
+#include <mutex>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+#include "BoxArtDownloader.h"
+#include "LMWSTestSupport.h"
+#include "stdsoap2.h"
+
+namespace {
+
+using namespace lmws_test;
+
+const bool kSigpipeIgnored = (signal(SIGPIPE, SIG_IGN), true);
+
+std::string ReadAll(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
+
+std::string Text(const LM_WS_LengthAndText& r) {
+    return r.Text != nullptr ? std::string(r.Text, r.Length) : std::string();
+}
+
+int Listener(int& port) {
+    int fd = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in addr{};
+    addr.sin_family = AF_INET;
+    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t len = sizeof addr;
+    bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr);
+    getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len);
+    port = ntohs(addr.sin_port);
+    return fd;
+}
+
+// Answers the n-th connection with the n-th reply: its pieces, each after its pause, then holds
+// the connection until the client hangs up (at most `holdMs`), so that a client reading more
+// than it should waits and then sees the stream end.
+class ScriptedServer {
+public:
+    struct Reply {
+        std::vector<std::pair<int, std::string>> pieces;  // pause in ms, bytes
+        int holdMs = 3000;
+    };
+    explicit ScriptedServer(std::vector<Reply> replies) : m_Replies(std::move(replies)) {
+        m_Fd = Listener(m_Port);
+        listen(m_Fd, 8);
+        m_Thread = std::thread([this] { Run(); });
+    }
+    ~ScriptedServer() {
+        shutdown(m_Fd, SHUT_RDWR);
+        m_Thread.join();
+        close(m_Fd);
+    }
+    int Port() const { return m_Port; }
+    std::vector<std::string> Requests() {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        return m_Requests;
+    }
+
+private:
+    void Run() {
+        char buffer[4096];
+        for (size_t n = 0;; ++n) {
+            int client = accept(m_Fd, nullptr, nullptr);
+            if (client < 0) {
+                return;
+            }
+            std::string request;
+            ssize_t got = 0;
+            while (request.find("\r\n\r\n") == std::string::npos &&
+                   (got = recv(client, buffer, sizeof buffer, 0)) > 0) {
+                request.append(buffer, static_cast<size_t>(got));
+            }
+            {
+                std::lock_guard<std::mutex> lock(m_Mutex);
+                m_Requests.push_back(request);
+            }
+            const Reply reply = n < m_Replies.size() ? m_Replies[n] : Reply();
+            for (const auto& piece : reply.pieces) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(piece.first));
+                (void)send(client, piece.second.data(), piece.second.size(), MSG_NOSIGNAL);
+            }
+            pollfd p = {client, POLLIN, 0};
+            if (poll(&p, 1, reply.holdMs) > 0) {
+                (void)recv(client, buffer, sizeof buffer, 0);
+            }
+            close(client);
+        }
+    }
+
+    std::vector<Reply> m_Replies;
+    int m_Fd = -1;
+    int m_Port = 0;
+    std::thread m_Thread;
+    std::mutex m_Mutex;
+    std::vector<std::string> m_Requests;
+};
+
+ScriptedServer::Reply Whole(const std::string& bytes, int holdMs = 3000) {
+    return ScriptedServer::Reply{{{0, bytes}}, holdMs};
+}
+std::string Ok(const std::string& body) {
+    return "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+// The length comes after the first 2047 bytes of the head.
+std::string OversizedHead(const std::string& body) {
+    return "HTTP/1.1 200 OK\r\nX-Pad: " + std::string(3000, 'p') + "\r\n" + Ok(body).substr(17);
+}
+const char kNotFound[] = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n";
+
+// A client without cache whose plain-HTTP port is `port`, its bandwidth-check URL preset as if
+// the configuration had named it.
+struct ProbeClient : Client {
+    ProbeClient(int port, const char* url, const char* proxyHost = nullptr) {
+        NoServer();
+        setenv("LM_WS_HTTP_PORT", std::to_string(port).c_str(), 1);
+        Params params;
+        params.p.ProxyHost = proxyHost;
+        params.p.ProxyPort = atoi(kClosedPort);
+        EXPECT_EQ(0, Setup(params));
+        Context()->m_Params.BandwidthCheckURL = url;
+    }
+};
+
+TEST(CheckBandwidth, Reads204800BytesAtMostAndRatesThem) {
+    // A megabyte announced, 204800 bytes sent, the connection held: reading on would hang.
+    ScriptedServer server(
+        {{{{0, "HTTP/1.1 200 OK\r\nContent-Length: 1000000\r\n\r\n" + std::string(4096, 'b')},
+           {200, std::string(204800 - 4096, 'b')}},
+          5000}});
+    ProbeClient client(server.Port(), "http://127.0.0.1/bw/check.bin");
+    uint32_t bps = 0;
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_EQ(0, LM_WS_checkBandwidth(&client.h, &bps));
+    const double ms =
+        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    ASSERT_LT(ms, 4000) << "read past the cap";
+    EXPECT_LE(bps, 8000u * 204800u / 200u);  // at least 200 ms elapsed
+    EXPECT_GE(bps, static_cast<uint32_t>(8000.0 * 204800 / (ms + 1)));
+    EXPECT_EQ("GET /bw/check.bin HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(server.Port()) +
+                  "\r\nUser-Agent: LMWSLib\r\n\r\n",
+              server.Requests().at(0));
+}
+
+TEST(CheckBandwidth, ATransferWithinOneMillisecondCountsAsOne) {
+    ScriptedServer server({Whole(Ok(std::string(100, 'b')))});
+    ProbeClient client(server.Port(), "http://127.0.0.1/small.bin");
+    uint32_t bps = 0;
+    ASSERT_EQ(0, LM_WS_checkBandwidth(&client.h, &bps));
+    EXPECT_EQ(800000u, bps);
+}
+
+TEST(CheckBandwidth, FailuresGiveTheirStatusAndNoRate) {
+    ScriptedServer server({Whole(kNotFound), Whole(OversizedHead("xyz")),
+                           Whole("HTTP/1.1 200 OK\r\nContent-Length: 9000\r\n\r\nabc", 0)});
+    ProbeClient client(server.Port(), "http://127.0.0.1/check.bin");
+    for (LM_WS_Status expected : {-1901, -1001, -1001}) {
+        uint32_t bps = 7;
+        EXPECT_EQ(expected, LM_WS_checkBandwidth(&client.h, &bps));
+        EXPECT_EQ(0u, bps);
+    }
+    client.Context()->m_Params.BandwidthCheckURL = "http://127.0.0.1/";
+    uint32_t bps = 7;
+    EXPECT_EQ(-1921, LM_WS_checkBandwidth(&client.h, &bps));
+}
+
+TEST(CheckBandwidth, GoesStraightToTheHostAndRestoresTheProxy) {
+    ScriptedServer server({Whole(Ok("0123456789"))});
+    ProbeClient client(server.Port(), "http://127.0.0.1/check.bin", "127.0.0.1");
+    struct soap* soap = client.Context()->m_RealTimeBrowse.soap;
+    const char* proxy = soap->proxy_host;
+    uint32_t bps = 0;
+    EXPECT_EQ(0, LM_WS_checkBandwidth(&client.h, &bps));
+    EXPECT_EQ(proxy, soap->proxy_host);
+}
+
+TEST(DeviceTime, ReadsTheClockPageOrSaysWhyNot) {
+    ScriptedServer server(
+        {Whole(Ok("3/14/2011 1:05:09 PM")),
+         Whole("HTTP/1.1 200 OK\r\nContent-Length: 40\r\n\r\n3/14/2011 1:05:09 PM"),  // short
+         Whole(OversizedHead("3/14/2011 1:05:09 PM")), Whole(kNotFound)});
+    NoServer();
+    setenv("LM_WS_HTTP_PORT", std::to_string(server.Port()).c_str(), 1);
+    int32_t t = 0;
+    ASSERT_EQ(0, LM_WS_getDeviceTime(&t));
+    EXPECT_EQ(1300107909, t);
+    EXPECT_EQ("GET /device/time/ HTTP/1.1\r\nUser-Agent: LMWSLib\r\nHost: 127.0.0.1:" +
+                  std::to_string(server.Port()) + "\r\n\r\n",
+              server.Requests().at(0));
+    for (LM_WS_Status expected : {-1004, -1001, -1001}) {
+        EXPECT_EQ(expected, LM_WS_getDeviceTime(&t));
+        EXPECT_EQ(-1, t);
+    }
+}
+
+TEST(BoxArtDownloader, AFailedDownloadLeavesTheEarlierFileAndNoTemporaryFile) {
+    TempDir dir;
+    const std::string file = dir.path + "/p95.jpg";
+    std::ofstream(file) << "earlier";
+    ScriptedServer server(
+        {Whole("HTTP/1.1 200 OK\r\n\r\nimage"),  // no length
+         Whole("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"), Whole(OversizedHead("image")),
+         Whole("HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\nabc", 0),
+         Whole("HTTP/1.1 304 Not Modified\r\n\r\n"), Whole("HTTP/1.1 304 Not Modified\r\n\r\n")});
+    struct soap* soap = soap_new();
+    soap->recv_timeout = 5;
+    LMDeployment web;
+    web.webHost = "127.0.0.1";
+    web.httpPort = server.Port();
+    BoxArtDownloader downloader(soap, web);
+    for (LM_WS_Status expected : {-1001, -1001, -1001, -1001, -1902}) {
+        LMString target(file.c_str());
+        EXPECT_EQ(expected, downloader.Download("p", LM_WS_BoxArt95, "", true, target));
+        EXPECT_EQ("earlier", ReadAll(file));
+    }
+    LMString memory("stale");
+    EXPECT_EQ(-1902, downloader.Download("p", LM_WS_BoxArt95, "date", false, memory));
+    EXPECT_TRUE(memory.empty());
+    soap_free(soap);
+    FILE* ls = popen(("ls '" + dir.path + "' | wc -l").c_str(), "r");
+    int files = 0;
+    EXPECT_EQ(1, fscanf(ls, "%d", &files));
+    pclose(ls);
+    EXPECT_EQ(1, files);
+}
+
+// nginx on a free loopback port serving `www`, as a child process writing only into its own
+// folder. Its access log has one line per request: status, body bytes, request line, Host.
+class Nginx {
+public:
+    static constexpr const char* kBinary = "/usr/sbin/nginx";
+    Nginx() {
+        const std::string& d = m_Dir.path;
+        mkdir((d + "/tmp").c_str(), 0755);
+        close(Listener(m_Port));
+        std::ofstream(d + "/nginx.conf")
+            << "daemon off; master_process off; pid " << d << "/nginx.pid; error_log " << d
+            << "/error.log;\nevents {}\nhttp {\n"
+            << "  log_format probe '$status $body_bytes_sent \"$request\" $http_host';\n"
+            << "  access_log " << d << "/access.log probe;\n  client_body_temp_path " << d
+            << "/tmp/b; proxy_temp_path " << d << "/tmp/p; fastcgi_temp_path " << d
+            << "/tmp/f; uwsgi_temp_path " << d << "/tmp/u; scgi_temp_path " << d << "/tmp/s;\n"
+            << "  server { listen 127.0.0.1:" << m_Port << "; root " << d << "/www; }\n}\n";
+        m_Pid = fork();
+        if (m_Pid == 0) {
+            execl(kBinary, kBinary, "-p", d.c_str(), "-c", (d + "/nginx.conf").c_str(), "-e",
+                  (d + "/error.log").c_str(), static_cast<char*>(nullptr));
+            _exit(127);
+        }
+        for (int i = 0; i < 100 && !Up(); ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+    }
+    ~Nginx() {
+        kill(m_Pid, SIGTERM);
+        waitpid(m_Pid, nullptr, 0);
+    }
+    bool Up() const {
+        int fd = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in addr{};
+        addr.sin_family = AF_INET;
+        addr.sin_port = htons(static_cast<uint16_t>(m_Port));
+        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        bool up = connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0;
+        close(fd);
+        return up;
+    }
+    int Port() const { return m_Port; }
+    // Puts `data` at images/boxart/<folder>/<name>; returns the file's path.
+    std::string Put(const std::string& folder, const std::string& name, const std::string& data) {
+        const std::string dir = m_Dir.path + "/www/images/boxart/" + folder;
+        (void)std::system(("mkdir -p '" + dir + "'").c_str());
+        std::ofstream(dir + "/" + name, std::ios::binary) << data;
+        return dir + "/" + name;
+    }
+    std::vector<std::string> Log() const {
+        std::vector<std::string> lines;
+        std::istringstream in(ReadAll(m_Dir.path + "/access.log"));
+        for (std::string line; std::getline(in, line);) {
+            lines.push_back(line);
+        }
+        return lines;
+    }
+
+private:
+    TempDir m_Dir;
+    pid_t m_Pid = -1;
+    int m_Port = 0;
+};
+
+// A client that keeps box art in a file cache, with nginx as its web and production host.
+class BoxArtTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (access(Nginx::kBinary, X_OK) != 0) {
+            GTEST_SKIP() << Nginx::kBinary << " is not installed";
+        }
+        m_Nginx = std::make_unique<Nginx>();
+        ASSERT_TRUE(m_Nginx->Up());
+        m_Host = "127.0.0.1:" + std::to_string(m_Nginx->Port());
+        NoServer();
+        setenv("LM_WS_HTTP_PORT", std::to_string(m_Nginx->Port()).c_str(), 1);
+        m_Params.p.CacheType = LM_WS_CacheParam::File;
+        m_Params.p.CacheData = LM_WS_CacheParam::BoxArt;
+        m_Params.cachePath = m_Cache.path;
+        ASSERT_EQ(0, m_Client.Setup(m_Params));
+    }
+    LM_WS_Status Get(LM_WS_BoxArtSize size, const char* prefix, std::string& answer) {
+        LM_WS_LengthAndText r;
+        LM_WS_Status status = LM_WS_getBoxArtImage(&m_Client.h, size, prefix, &r);
+        answer = Text(r);
+        LM_WS_FreeResult(&r);
+        return status;
+    }
+    bool NeedsUpdate(const char* prefix, LMString& lastModified) {
+        unsigned size = 0;
+        bool needUpdate = false;
+        LMString data;
+        EXPECT_EQ(1, m_Client.Context()->m_CacheMgr->GetBoxArt(prefix, 0, size, lastModified,
+                                                               needUpdate, data));
+        return needUpdate;
+    }
+
+    TempDir m_Cache;
+    std::unique_ptr<Nginx> m_Nginx;
+    std::string m_Host;
+    Params m_Params;
+    Client m_Client;
+};
+
+TEST_F(BoxArtTest, DownloadsKeepsAndRevalidatesAnImage) {
+    std::string image(30000, 0);
+    for (size_t i = 0; i < image.size(); ++i) {
+        image[i] = static_cast<char>(i * 31);
+    }
+    const std::string served = m_Nginx->Put("95", "t95.jpg", image);
+    std::string file;
+    ASSERT_EQ(0, Get(LM_WS_BoxArt95, "t", file));
+    EXPECT_EQ(m_Cache.path + "/t95.jpg", file);
+    EXPECT_EQ(image, ReadAll(file));
+    const std::string request = "\"GET /images/boxart/95/t95.jpg HTTP/1.1\" " + m_Host;
+    EXPECT_EQ("200 30000 " + request, m_Nginx->Log().at(0));
+    LMString lastModified;
+    EXPECT_FALSE(NeedsUpdate("t", lastModified));
+
+    std::string again;  // current: no request
+    ASSERT_EQ(0, Get(LM_WS_BoxArt95, "t", again));
+    EXPECT_EQ(file, again);
+    EXPECT_EQ(1u, m_Nginx->Log().size());
+
+    // Marked: revalidated with its Last-Modified, 304 without a body, the file kept as it is.
+    struct stat before, after;
+    ASSERT_EQ(0, stat(file.c_str(), &before));
+    ASSERT_EQ(0, LM_WS_updateLocalCache(&m_Client.h, LM_WS_CacheParam::BoxArt));
+    EXPECT_TRUE(NeedsUpdate("t", lastModified));
+    ASSERT_EQ(0, Get(LM_WS_BoxArt95, "t", again));
+    EXPECT_EQ("304 0 " + request, m_Nginx->Log().at(1));
+    ASSERT_EQ(0, stat(file.c_str(), &after));
+    EXPECT_EQ(before.st_ino, after.st_ino);
+    EXPECT_EQ(image, ReadAll(file));
+    EXPECT_FALSE(NeedsUpdate("t", lastModified));
+
+    // Changed on the server: the revalidation brings the new image and its date.
+    std::ofstream(served) << "newer";
+    struct utimbuf later = {before.st_mtime + 3600, before.st_mtime + 3600};
+    ASSERT_EQ(0, utime(served.c_str(), &later));
+    const LMString earlier = lastModified;
+    ASSERT_EQ(1, m_Client.Context()->m_CacheMgr->InvalidateBoxArt());
+    ASSERT_EQ(0, Get(LM_WS_BoxArt95, "t", again));
+    EXPECT_EQ("200 5 " + request, m_Nginx->Log().at(2));
+    EXPECT_EQ("newer", ReadAll(file));
+    EXPECT_FALSE(NeedsUpdate("t", lastModified));
+    EXPECT_NE(earlier, lastModified);
+}
+
+TEST_F(BoxArtTest, EncodesThePrefixAndUsesTheFolderOfTheSize) {
+    m_Nginx->Put("135s", "Tom & Jerry135.jpg", "tj");
+    std::string file;
+    ASSERT_EQ(0, Get(LM_WS_BoxArt135, "Tom & Jerry", file));
+    EXPECT_EQ(m_Cache.path + "/Tom & Jerry135.jpg", file);
+    EXPECT_EQ("tj", ReadAll(file));
+    EXPECT_EQ("200 2 \"GET /images/boxart/135s/Tom%20%26%20Jerry135.jpg HTTP/1.1\" " + m_Host,
+              m_Nginx->Log().at(0));
+}
+
+TEST_F(BoxArtTest, WithoutAnImageTheAnswerIsItsAddress) {
+    std::string answer;
+    EXPECT_EQ(-1901, Get(LM_WS_BoxArt175, "a b", answer));
+    EXPECT_EQ("http://" + m_Host + "/images/boxart/175/a%20b175.jpg", answer);
+
+    // Unreachable: a copy held is still handed out (and stays marked); otherwise the address.
+    m_Nginx->Put("95", "held95.jpg", "held");
+    ASSERT_EQ(0, Get(LM_WS_BoxArt95, "held", answer));
+    ASSERT_EQ(0, LM_WS_updateLocalCache(&m_Client.h, LM_WS_CacheParam::BoxArt));
+    m_Nginx.reset();
+    EXPECT_EQ(0, Get(LM_WS_BoxArt95, "held", answer));
+    EXPECT_EQ("held", ReadAll(answer));
+    LMString lastModified;
+    EXPECT_TRUE(NeedsUpdate("held", lastModified));
+    EXPECT_EQ(-2011, Get(LM_WS_BoxArt95, "new", answer));
+    EXPECT_EQ("http://" + m_Host + "/images/boxart/95/new95.jpg", answer);
+}
+
+TEST(BoxArtWithoutFileCache, AnswersTheAddressWithoutARequest) {
+    ScriptedServer server({});
+    NoServer();
+    setenv("LM_WS_HTTP_PORT", std::to_string(server.Port()).c_str(), 1);
+    for (uint32_t type : {LM_WS_CacheParam::None, LM_WS_CacheParam::Memory}) {
+        Params params;
+        params.p.CacheType = type;
+        params.p.CacheData = LM_WS_CacheParam::BoxArt;
+        Client client;
+        ASSERT_EQ(0, client.Setup(params));
+        LM_WS_LengthAndText r;
+        EXPECT_EQ(0, LM_WS_getBoxArtImage(&client.h, LM_WS_BoxArt95, "t", &r));
+        EXPECT_EQ("http://127.0.0.1:" + std::to_string(server.Port()) + "/images/boxart/95/t95.jpg",
+                  Text(r));
+        LM_WS_FreeResult(&r);
+    }
+    EXPECT_TRUE(server.Requests().empty());
+}
+
+}  // namespace
