@@ -13,9 +13,11 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cctype>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
+#include <set>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -24,7 +26,9 @@
 #include <nlohmann/json.hpp>
 
 #include "LmsimProcess.h"
+#include "LmwsCommandLine.h"
 #include "LmwsOperations.h"
+#include "LmwsRecordJson.h"
 
 namespace {
 
@@ -205,6 +209,23 @@ TEST(LmwsCommandLine, UsageErrorsNameTheArgumentAndStayOffTheNetwork) {
          "genreIDs: '12,,13' is not a comma-separated list of numbers"},
         {{"getNavigation", "--"}, "operation is missing"},
         {{"--", "getNavigation"}, "operation is missing"},
+        // A flag is one of four words; a number other than 0 and 1 is a slip, not "true".
+        {{"doPurchaseSavedBilling", "5", "", "2"},
+         "doPurchaseSavedBilling: usePrePaidFunds: '2' is not a flag (0, 1, false or true)"},
+        {{"doPurchaseSavedBilling", "5", "", "TRUE"}, "usePrePaidFunds: 'TRUE' is not a flag"},
+        {{"doPurchaseSavedBilling", "5", "1.2.3.4", ""}, "usePrePaidFunds: '' is not a flag"},
+        // A mask is unsigned: negative or wider than 32 bits is refused.
+        {{"updateLocalCache", "-1"}, "updateLocalCache: mask: -1 is out of range (0..4294967295)"},
+        {{"updateLocalCache", "0x100000000"}, "mask: 0x100000000 is out of range"},
+        // A box-art size outside the enumeration never reaches the library.
+        {{"getBoxArtImage", "13", "abc"}, "getBoxArtImage: size: 13 is out of range (0..12)"},
+        {{"getBoxArtImage", "-1", "abc"}, "size: -1 is out of range (0..12)"},
+        {{"checkTitlesInWishlist", "1,", "0"},
+         "titleIDs: '1,' is not a comma-separated list of numbers"},
+        // An empty text counts as an argument: the missing one here is the position.
+        {{"manageStreamingInstanceStatus", "", "1"},
+         "manageStreamingInstanceStatus: expects 3 argument(s) (streamID status "
+         "stopTimeSeconds), got 2"},
     };
     for (const Case& c : cases) {
         std::string line;
@@ -252,6 +273,167 @@ TEST(LmwsCommandLine, HelpListsEveryOptionWithItsDefaultAndEveryOperation) {
     }
 }
 
+// Every LM_WS_ operation the public header declares, but set-up itself.
+std::set<std::string> DeclaredOperations() {
+    std::set<std::string> names;
+    const std::string header = ReadFile(std::string(LM_SOURCE_DIR) + "/Public/LM_WS.h");
+    const std::string returnType = "LM_WS_Status LM_WS_";
+    for (size_t at = header.find(returnType); at != std::string::npos;
+         at = header.find(returnType, at)) {
+        at += returnType.size();
+        size_t end = at;
+        while (end < header.size() &&
+               (isalnum(static_cast<unsigned char>(header[end])) || header[end] == '_')) {
+            ++end;
+        }
+        if (end < header.size() && header[end] == '(') {
+            names.insert(header.substr(at, end - at));
+        }
+    }
+    names.erase("Setup");
+    return names;
+}
+
+TEST(LmwsCommandLine, EveryDeclaredOperationIsOfferedAndListedInHelp) {
+    const std::set<std::string> declared = DeclaredOperations();
+    // The header is where it should be and the pattern matches its declarations.
+    ASSERT_GT(declared.size(), 50u);
+    ASSERT_EQ(declared.count("getBoxArtImage"), 1u);
+    // And the table offers nothing else: a misspelt name would leave a function out.
+    for (const LmwsOperation& op : LmwsOperationTable()) {
+        EXPECT_EQ(declared.count(op.name), 1u) << op.name << " is not declared";
+    }
+    EXPECT_EQ(LmwsOperationTable().size(), declared.size());
+
+    LmwsRun run = Lmws({"--help"}, false);
+    ASSERT_EQ(run.status, 0);
+    for (const std::string& name : declared) {
+        EXPECT_NE(LmwsFindOperation(name), nullptr) << name << " has no row";
+        EXPECT_NE(run.out.find("\n  " + name), std::string::npos) << name << " not in --help";
+    }
+    // The argument kinds beyond int, text and int-list show in --help.
+    EXPECT_NE(
+        run.out.find("  doPurchaseSavedBilling skuID:int ipAddress:text usePrePaidFunds:flag\n"),
+        std::string::npos);
+    EXPECT_NE(run.out.find("  updateLocalCache mask:uint\n"), std::string::npos);
+    EXPECT_NE(run.out.find("  getBoxArtImage size:0..12 prefix:text\n"), std::string::npos);
+    // Every line stays within 100 columns, the long descriptions wrapped.
+    std::istringstream lines(run.out);
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_LE(line.size(), 100u) << line;
+    }
+}
+
+// The arguments of the calls a command line parses to, which must be usable.
+std::vector<LmwsCall> Parse(const std::vector<std::string>& words) {
+    LmwsCommandLine command;
+    std::string error = LmwsParseCommandLine(words, command);
+    EXPECT_EQ(error, "");
+    return command.calls;
+}
+
+TEST(LmwsCommandLine, FlagsMasksRangesAndEmptyTextsReachTheCallAsWritten) {
+    std::vector<LmwsCall> calls =
+        Parse({"doPurchaseSavedBilling", "5", "", "true", "--", "doPurchaseSavedBilling", "-5",
+               "1.2.3.4", "false", "--", "doPurchaseSavedBilling", "0x10", "x", "1", "--",
+               "doPurchaseSavedBilling", "7", "y", "0"});
+    ASSERT_EQ(calls.size(), 4u);
+    const uint8_t flags[] = {1, 0, 1, 0};
+    const int32_t skus[] = {5, -5, 16, 7};
+    for (size_t i = 0; i < 4; ++i) {
+        ASSERT_EQ(calls[i].args.size(), 3u);
+        EXPECT_EQ(calls[i].args[0].number, skus[i]) << i;
+        EXPECT_EQ(calls[i].args[2].flag, flags[i]) << i;
+    }
+    EXPECT_EQ(calls[0].args[1].text, "");
+    EXPECT_EQ(calls[1].args[1].text, "1.2.3.4");
+
+    calls = Parse({"updateLocalCache", "0xffffffff", "--", "updateLocalCache", "4294967295", "--",
+                   "updateLocalCache", "5"});
+    ASSERT_EQ(calls.size(), 3u);
+    EXPECT_EQ(calls[0].args[0].unsignedNumber, 0xffffffffu);
+    EXPECT_EQ(calls[1].args[0].unsignedNumber, 0xffffffffu);
+    EXPECT_EQ(calls[2].args[0].unsignedNumber, 5u);
+
+    calls = Parse({"getBoxArtImage", "0", "", "--", "getBoxArtImage", "12", "p", "--",
+                   "manageStreamingInstanceStatus", "", "-1", "0", "--", "checkTitlesInWishlist",
+                   "100016,-3", "2"});
+    ASSERT_EQ(calls.size(), 4u);
+    EXPECT_EQ(calls[0].args[0].number, 0);
+    EXPECT_EQ(calls[0].args[1].text, "");
+    EXPECT_EQ(calls[1].args[0].number, 12);
+    EXPECT_EQ(calls[2].args[0].text, "");
+    EXPECT_EQ(calls[2].args[1].number, -1);
+    EXPECT_EQ(calls[3].args[0].list, (std::vector<int32_t>{100016, -3}));
+    EXPECT_EQ(calls[3].args[1].number, 2);
+}
+
+// ---- Records as JSON (no service) ----
+
+char* Chars(const char* text) {
+    return const_cast<char*>(text);
+}
+
+TEST(LmwsRecordJson, PurchasedForPassesAreFlatAndKeepTheirOwnStatus) {
+    LM_WS_TitleListingPurchasedForPass pass{};
+    pass.Purchased.TitleListing.TitleID = 100016;
+    pass.Purchased.TitleListing.TitleName = Chars("Spy");
+    pass.Purchased.TitleListing.IsTvListing = 1;
+    pass.Purchased.PassID = 77;
+    pass.Purchased.RentalPeriod = Chars("48");
+    pass.ResponseCode = 3;
+    pass.ResponseMessage = Chars("pass expired");
+    LM_WS_TitlesPurchasedForPassesResponse record{};
+    record.Count = 1;
+    record.Array = &pass;
+
+    json out = json::parse(LmwsToJson(record).dump());
+    EXPECT_EQ(out["ResponseCode"], 0);
+    ASSERT_EQ(out["TitleListingPurchasedForPass"].size(), 1u);
+    const json& one = out["TitleListingPurchasedForPass"][0];
+    EXPECT_EQ(one["TitleID"], 100016);
+    EXPECT_EQ(one["TitleName"], "Spy");
+    EXPECT_EQ(one["IsTvListing"], true);
+    EXPECT_EQ(one["PassID"], 77);
+    EXPECT_EQ(one["RentalPeriod"], "48");
+    EXPECT_EQ(one["ResponseCode"], 3);
+    EXPECT_EQ(one["ResponseMessage"], "pass expired");
+    // Texts the record does not hold, and lists it has none of, are "" and [].
+    EXPECT_EQ(one["MPAARating"], "");
+    EXPECT_EQ(one["AvailableProducts"], json::array());
+}
+
+TEST(LmwsRecordJson, NestedAnswersAreObjectsAndFlagsAreBooleans) {
+    LM_WS_BillingInfoAndPPCBalanceResponse both{};
+    both.ResponseCode = 12;
+    both.BillingInfo.ResponseCode = 12;
+    both.BillingInfo.CCLastFour = Chars("4242");
+    both.PPCardBalance.Balance = 1500;
+    json out = json::parse(LmwsToJson(both).dump());
+    EXPECT_EQ(out["ResponseCode"], 12);
+    EXPECT_EQ(out["BillingInfo"]["ResponseCode"], 12);
+    EXPECT_EQ(out["BillingInfo"]["CCLastFour"], "4242");
+    EXPECT_EQ(out["PPCardBalance"]["ResponseCode"], 0);
+    EXPECT_EQ(out["PPCardBalance"]["Balance"], 1500);
+
+    LM_WS_RentalExpirationResponse rental{};
+    rental.ShouldDisplay = 1;
+    rental.HoursRemaining = 5;
+    out = json::parse(LmwsToJson(rental).dump());
+    EXPECT_EQ(out["ShouldDisplay"], true);
+    EXPECT_EQ(out["HoursRemaining"], 5);
+
+    LM_WS_ConfigurationItem items[] = {{Chars("BandwithCheckURL"), Chars("http://h/f")},
+                                       {Chars("Empty"), nullptr}};
+    LM_WS_ConfigResponse config{};
+    config.Count = 2;
+    config.Array = items;
+    out = json::parse(LmwsToJson(config).dump());
+    EXPECT_EQ(out["ConfigurationSet"],
+              json::parse(R"([{"Key": "BandwithCheckURL", "Value": "http://h/f"},
+                              {"Key": "Empty", "Value": ""}])"));
+}
+
 // ---- Without the service: set-up options that need no network ----
 
 TEST(LmwsOffline, TextOptionsReachTheClientAndInvalidUtf8IsReplaced) {
@@ -275,6 +457,54 @@ TEST(LmwsOffline, FailedSetupIsReportedAndNothingRuns) {
     ASSERT_EQ(run.lines.size(), 1u) << run.out;
     EXPECT_EQ(run.lines[0]["operation"], "Setup");
     EXPECT_EQ(run.lines[0]["status"], -1000);
+}
+
+TEST(LmwsOffline, AnEmptyTextReachesTheLibraryWhichSendsNothing) {
+    ConnectionCounter counter;
+    ASSERT_GT(counter.Port(), 0);
+    PointAt(counter.Port(), counter.Port(), "");
+    // With the access type given, set-up asks nothing; the library refuses each empty text.
+    LmwsRun run = Lmws({"--access-type", "2", "manageStreamingInstanceStatus", "", "1", "600", "--",
+                        "assignGiftCertificateToUser", "", "--", "removeAllMyPurchases", ""});
+    EXPECT_EQ(run.status, 1);
+    ASSERT_EQ(run.lines.size(), 3u) << run.out << run.err;
+    for (const json& line : run.lines) {
+        EXPECT_EQ(line["status"], -1000) << line;
+        EXPECT_EQ(line["result"]["ResponseCode"], 0) << line;
+    }
+    EXPECT_EQ(counter.Count(), 0);
+}
+
+TEST(LmwsOffline, OperationsWithoutAHandleRunAfterTheSetUp) {
+    NoServer();
+    TempDir dir;
+    const std::string source = dir.path + "/a.txt";
+    const std::string copy = dir.path + "/b.txt";
+    std::ofstream(source) << "lumora\n";
+    LmwsRun run = Lmws({"--access-type", "2", "copyFile", source, copy, "--", "md5sum", copy, "--",
+                        "deleteFile", copy, "--", "getDeviceTime", "--", "checkTitlesInWishlist",
+                        "100016,100017", "0"});
+    EXPECT_EQ(run.status, 1);  // no service: the clock and the wishlist fail
+    ASSERT_EQ(run.lines.size(), 5u) << run.out << run.err;
+
+    EXPECT_EQ(run.lines[0]["operation"], "copyFile");
+    EXPECT_EQ(run.lines[0]["status"], 0);
+    EXPECT_EQ(run.lines[0]["result"], json::object());
+    // The copy existed in between: md5sum saw the same bytes under the copy's name.
+    EXPECT_EQ(run.lines[1]["status"], 0);
+    EXPECT_EQ(run.lines[1]["result"]["Text"], "b243f9fb6d20d6fbc6765cc22809c9e8  " + copy + "\n");
+    EXPECT_EQ(run.lines[2]["status"], 0);
+    EXPECT_FALSE(std::ifstream(copy).good());  // deleted
+    EXPECT_EQ(ReadFile(source), "lumora\n");
+
+    EXPECT_EQ(run.lines[3]["operation"], "getDeviceTime");
+    EXPECT_NE(run.lines[3]["status"], 0);
+    EXPECT_EQ(run.lines[3]["result"], json::parse(R"({"utcSeconds": -1})"));
+    // Each id with its flag, in the order given.
+    EXPECT_NE(run.lines[4]["status"], 0);
+    EXPECT_EQ(run.lines[4]["result"],
+              json::parse(R"({"titles": [{"titleID": 100016, "inWishlist": false},
+                                         {"titleID": 100017, "inWishlist": false}]})"));
 }
 
 // ---- Against the simulator ----

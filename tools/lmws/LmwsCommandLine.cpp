@@ -146,10 +146,18 @@ std::string ArgNames(const LmwsOperation& op) {
     return names;
 }
 
-const char* KindName(LmwsArgKind kind) {
-    switch (kind) {
+// How --help shows what an argument must be: its kind, or an Int's range when the function
+// accepts fewer values than an int32_t holds.
+std::string KindName(const LmwsParam& param) {
+    switch (param.kind) {
         case LmwsArgKind::Int:
-            return "int";
+            return param.min == kInt32Min && param.max == kInt32Max
+                       ? "int"
+                       : std::to_string(param.min) + ".." + std::to_string(param.max);
+        case LmwsArgKind::UInt:
+            return "uint";
+        case LmwsArgKind::Flag:
+            return "flag";
         case LmwsArgKind::Text:
             return "text";
         case LmwsArgKind::IntList:
@@ -165,10 +173,27 @@ std::string ParseArg(const LmwsParam& param, const std::string& word, LmwsArg& o
             return "";
         case LmwsArgKind::Int: {
             int64_t value = 0;
-            std::string error = Number(word, kInt32Min, kInt32Max, value);
+            std::string error = Number(word, param.min, param.max, value);
             out.number = static_cast<int32_t>(value);
             return error;
         }
+        case LmwsArgKind::UInt: {
+            int64_t value = 0;
+            std::string error = Number(word, 0, kUInt32Max, value);
+            out.unsignedNumber = static_cast<uint32_t>(value);
+            return error;
+        }
+        case LmwsArgKind::Flag:
+            // Exactly these four words: "2", "yes" or "" could be a slip for another argument.
+            if (word == "1" || word == "true") {
+                out.flag = 1;
+                return "";
+            }
+            if (word == "0" || word == "false") {
+                out.flag = 0;
+                return "";
+            }
+            return "'" + word + "' is not a flag (0, 1, false or true)";
         case LmwsArgKind::IntList: {
             // Every comma separates two numbers: "", "1,", ",1" and "1,,2" are refused.
             size_t start = 0;
@@ -190,6 +215,24 @@ std::string ParseArg(const LmwsParam& param, const std::string& word, LmwsArg& o
         }
     }
     return "unknown argument kind";
+}
+
+// `text` as lines of at most `width` columns, each started by `indent`; words are never split.
+std::string Wrap(const std::string& text, const std::string& indent, size_t width) {
+    std::string out;
+    std::string line = indent;
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t space = text.find(' ', start);
+        std::string word = text.substr(start, space - start);
+        start = space == std::string::npos ? text.size() : space + 1;
+        if (line.size() > indent.size() && line.size() + 1 + word.size() > width) {
+            out += line + "\n";
+            line = indent;
+        }
+        line += (line.size() > indent.size() ? " " : "") + word;
+    }
+    return out + line + "\n";
 }
 
 // Checks one operation's words (name first) and appends the call.
@@ -334,13 +377,17 @@ std::string LmwsHelpText() {
         "  -h, --help              this text\n"
         "\n"
         "Operations (arguments in the order of the LM_WS_ function; a page is two numbers,\n"
-        "the page counted from 1, then the titles per page; int-list is \"12,14,3\"):\n";
+        "the page counted from 1, then the titles per page). Argument kinds: int a 32-bit number,\n"
+        "uint an unsigned one (both decimal or 0x hex), N..M a number from N to M, int-list\n"
+        "\"12,14,3\", flag 0, 1, false or true, text any text (\"\" included and passed on as\n"
+        "\"\"; only \"--\" cannot be one). A value written back comes out as {NAME: value}, and\n"
+        "an operation that returns only a status gives {}:\n";
     for (const LmwsOperation& op : LmwsOperationTable()) {
         text += std::string("  ") + op.name;
         for (const LmwsParam& a : op.args) {
-            text += std::string(" ") + a.name + ":" + KindName(a.kind);
+            text += std::string(" ") + a.name + ":" + KindName(a);
         }
-        text += std::string("\n      ") + op.help + "\n";
+        text += "\n" + Wrap(op.help, "      ", 100);
     }
     text +=
         "\n"

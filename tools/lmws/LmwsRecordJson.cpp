@@ -81,8 +81,8 @@ LmwsJson Titles(const LM_WS_TitleListingArray& a) {
     return Array(a.Count, a.Array, [](const LM_WS_TitleListing& t) { return LmwsToJson(t); });
 }
 
-LmwsJson Purchased(const LM_WS_TitleListingPurchased& p) {
-    LmwsJson out = LmwsJson::object();
+// A purchased title's fields, added to `out`: the title's, then the purchase's.
+void AddPurchased(LmwsJson& out, const LM_WS_TitleListingPurchased& p) {
     AddTitle(out, p.TitleListing);
     out["EpisodeID"] = p.EpisodeID;
     out["TvListingTitleID"] = p.TvListingTitleID;
@@ -92,6 +92,11 @@ LmwsJson Purchased(const LM_WS_TitleListingPurchased& p) {
     out["PassID"] = p.PassID;
     out["PlayStatus"] = p.PlayStatus;
     out["StartTimeSeconds"] = p.StartTimeSeconds;
+}
+
+LmwsJson Purchased(const LM_WS_TitleListingPurchased& p) {
+    LmwsJson out = LmwsJson::object();
+    AddPurchased(out, p);
     return out;
 }
 
@@ -226,6 +231,143 @@ LmwsJson LmwsToJson(const LM_WS_MyVideosResponse& r) {
     out["ItemsPerPage"] = r.ItemsPerPage;
     out["TotalPages"] = r.TotalPages;
     out["TotalItems"] = r.TotalItems;
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_ConfigResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["ConfigurationSet"] = Array(r.Count, r.Array, [](const LM_WS_ConfigurationItem& item) {
+        LmwsJson one;
+        one["Key"] = Text(item.Key);
+        one["Value"] = Text(item.Value);
+        return one;
+    });
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_AuthorizeDeviceResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["AuthToken"] = Text(r.AuthToken);
+    out["EmailAddress"] = Text(r.EmailAddress);
+    out["DeviceID"] = Text(r.DeviceID);
+    out["DeviceName"] = Text(r.DeviceName);
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_PurchaseResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["PassID"] = r.PassID;
+    out["TransactionId"] = r.TransactionId;
+    out["TransactionAuthNum"] = Text(r.TransactionAuthNum);
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_WishlistItemsResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["Titles"] = Array(r.Titles.Count, r.Titles.Array, Purchased);
+    out["CurrentPageNumber"] = r.CurrentPageNumber;
+    out["ItemsPerPage"] = r.ItemsPerPage;
+    out["TotalPages"] = r.TotalPages;
+    out["TotalItems"] = r.TotalItems;
+    out["SortOrder"] = r.SortOrder;
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_RentalExpirationResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["ShouldDisplay"] = Flag(r.ShouldDisplay);
+    out["HoursRemaining"] = r.HoursRemaining;
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_AdultVerificationPinResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["IsPinVerified"] = Flag(r.IsPinVerified);
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_GiftCertificateResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["Balance"] = r.Balance;
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_EmailAddressResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["EmailAddress"] = Text(r.EmailAddress);
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_BillingInfoResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["CCLastFour"] = Text(r.CCLastFour);
+    out["CCTypeId"] = r.CCTypeId;
+    out["CCType"] = Text(r.CCType);
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_PPCardBalanceResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["Balance"] = r.Balance;
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_BillingInfoAndPPCBalanceResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["BillingInfo"] = LmwsToJson(r.BillingInfo);
+    out["PPCardBalance"] = LmwsToJson(r.PPCardBalance);
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_SettingsPageInfo& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["Account"] = Text(r.Account);
+    out["DeviceID"] = Text(r.DeviceID);
+    out["DeviceName"] = Text(r.DeviceName);
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_CalcOrderTaxResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    // Decimals kept as the service wrote them, like a product's price.
+    out["SubTotal"] = Text(r.SubTotal);
+    out["TotalPrice"] = Text(r.TotalPrice);
+    out["Tax"] = Text(r.Tax);
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_StreamingAssetLocationResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["StreamingAssetLocation"] = Text(r.StreamingAssetLocation);
+    out["AssetID"] = r.AssetID;
+    out["StreamID"] = Text(r.StreamID);
+    out["DRMServerURL"] = Text(r.DRMServerURL);
+    out["DRMACKServerURL"] = Text(r.DRMACKServerURL);
+    out["Status"] = r.Status;
+    out["StartTimeSeconds"] = r.StartTimeSeconds;
+    out["HeartbeatURL"] = Text(r.HeartbeatURL);
+    out["HeartbeatPollInSeconds"] = r.HeartbeatPollInSeconds;
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_THXMediaDirectorResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["LongFormat"] = Text(r.LongFormat);
+    out["ShortFormat"] = Text(r.ShortFormat);
+    return out;
+}
+
+LmwsJson LmwsToJson(const LM_WS_TitlesPurchasedForPassesResponse& r) {
+    LmwsJson out = WithResponse(r.ResponseCode, r.ResponseMessage);
+    out["TitleListingPurchasedForPass"] =
+        Array(r.Count, r.Array, [](const LM_WS_TitleListingPurchasedForPass& p) {
+            // Flat as on the wire: the purchased title, then the status of its own lookup.
+            LmwsJson one = LmwsJson::object();
+            AddPurchased(one, p.Purchased);
+            one["ResponseCode"] = p.ResponseCode;
+            one["ResponseMessage"] = Text(p.ResponseMessage);
+            return one;
+        });
     return out;
 }
 
