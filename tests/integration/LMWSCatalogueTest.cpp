@@ -382,30 +382,8 @@ Operation MyVideosOperation() {
 // Arms `kind` (with `value` when given) for the simulator's next answer.
 ::testing::AssertionResult ArmFault(const LmsimProcess& sim, const std::string& kind,
                                     const std::string& value = "") {
-    int fd = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in addr{};
-    addr.sin_family = AF_INET;
-    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    addr.sin_port = htons(static_cast<uint16_t>(sim.HttpPort()));
-    std::string answer;
-    if (fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) {
-        std::string request = "GET /__lmsim/fault?kind=" + kind +
-                              (value.empty() ? "" : "&value=" + value) +
-                              "&count=1 HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n";
-        if (send(fd, request.data(), request.size(), 0) == static_cast<ssize_t>(request.size())) {
-            pollfd p = {fd, POLLIN, 0};
-            char buffer[512];
-            ssize_t n;
-            while (poll(&p, 1, 5000) > 0 && (n = recv(fd, buffer, sizeof buffer, 0)) > 0) {
-                answer.append(buffer, static_cast<size_t>(n));
-            }
-        }
-    }
-    if (fd >= 0) {
-        close(fd);
-    }
-    if (answer.find("armed " + kind) == std::string::npos) {
-        return ::testing::AssertionFailure() << "fault " << kind << " not armed: " << answer;
+    if (!sim.ArmFault(kind, value)) {
+        return ::testing::AssertionFailure() << "fault " << kind << " not armed";
     }
     return ::testing::AssertionSuccess();
 }

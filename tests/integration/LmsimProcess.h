@@ -3,9 +3,12 @@
 #ifndef LMSIM_PROCESS_H
 #define LMSIM_PROCESS_H
 
+#include <arpa/inet.h>
 #include <fcntl.h>
+#include <netinet/in.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -81,6 +84,35 @@ public:
     std::string CaFile() const { return m_Dir + "/ca.pem"; }
     std::string Endpoint(const char* service) const {
         return "https://127.0.0.1:" + std::to_string(m_Https) + "/api/" + service;
+    }
+
+    // Arms a fault for the simulator's next `count` answers (count < 0: until changed) through
+    // its control path on the HTTP port. True when the simulator confirmed it.
+    bool ArmFault(const std::string& kind, const std::string& value = "", int count = 1) const {
+        int fd = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in addr{};
+        addr.sin_family = AF_INET;
+        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        addr.sin_port = htons(static_cast<uint16_t>(m_Http));
+        std::string answer;
+        if (fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) {
+            std::string request =
+                "GET /__lmsim/fault?kind=" + kind + (value.empty() ? "" : "&value=" + value) +
+                "&count=" + std::to_string(count) + " HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n";
+            if (send(fd, request.data(), request.size(), 0) ==
+                static_cast<ssize_t>(request.size())) {
+                pollfd p = {fd, POLLIN, 0};
+                char buffer[512];
+                ssize_t n;
+                while (poll(&p, 1, 5000) > 0 && (n = recv(fd, buffer, sizeof buffer, 0)) > 0) {
+                    answer.append(buffer, static_cast<size_t>(n));
+                }
+            }
+        }
+        if (fd >= 0) {
+            close(fd);
+        }
+        return answer.find("armed " + kind) != std::string::npos;
     }
 
     // SIGTERM and wait; the exit status (-1 when it did not exit normally).

@@ -78,13 +78,6 @@ std::string TlsExchange(int port, const std::string& caFile, const std::string& 
     return answer;
 }
 
-void ArmFault(const LmsimProcess& sim, const std::string& query) {
-    std::string cmd = "exec 3<>/dev/tcp/127.0.0.1/" + std::to_string(sim.HttpPort()) +
-                      "; printf 'GET /__lmsim/fault?" + query +
-                      " HTTP/1.1\\r\\n\\r\\n' >&3; cat <&3 >/dev/null";
-    ASSERT_EQ(std::system(("bash -c \"" + cmd + "\"").c_str()), 0);
-}
-
 TEST(Lmsim, StartsServesManyCallsAndStopsOnSigterm) {
     LmsimProcess sim;
     ASSERT_TRUE(sim.Ready());
@@ -149,20 +142,20 @@ TEST(Lmsim, PlainHttpAndEnvironmentQuery) {
 TEST(Lmsim, FaultSwitchesReachTheClient) {
     LmsimProcess sim;
     ASSERT_TRUE(sim.Ready());
-    ArmFault(sim, "kind=http-status&value=500");
+    ASSERT_TRUE(sim.ArmFault("http-status", "500"));
     EXPECT_EQ(TitlesPage(sim, 12, 1, 5, nullptr), 500);
     EXPECT_EQ(TitlesPage(sim, 12, 1, 5, nullptr), SOAP_OK);  // armed for one answer only
 
-    ArmFault(sim, "kind=close-mid-body");
+    ASSERT_TRUE(sim.ArmFault("close-mid-body"));
     EXPECT_EQ(TitlesPage(sim, 12, 1, 5, nullptr), SOAP_EOF);
 
     // A broken answer fails the call; the toolkit reports one that came with HTTP 200 as 200.
-    ArmFault(sim, "kind=malformed-xml");
+    ASSERT_TRUE(sim.ArmFault("malformed-xml"));
     EXPECT_EQ(TitlesPage(sim, 12, 1, 5, nullptr), 200);
 
     // The envelope is complete, so a SOAP reader stops at its end and never waits for the
     // missing bytes; this fault is for the raw-HTTP readers.
-    ArmFault(sim, "kind=bad-content-length");
+    ASSERT_TRUE(sim.ArmFault("bad-content-length"));
     EXPECT_EQ(TitlesPage(sim, 12, 1, 5, nullptr), SOAP_OK);
 
     // Unknown ids answer a service response code, not a fault.
