@@ -296,12 +296,17 @@ std::vector<const Title*> Catalogue::Recommended(int titleId) const {
     return out;
 }
 
-Page Catalogue::Paginate(const std::vector<const Title*>& all, int page, int perPage) {
+Page Catalogue::PageFrame(size_t count, int page, int perPage) {
     Page p;
     p.itemsPerPage = std::max(1, std::min(perPage, 200));
-    p.totalItems = static_cast<int>(all.size());
+    p.totalItems = static_cast<int>(count);
     p.totalPages = (p.totalItems + p.itemsPerPage - 1) / p.itemsPerPage;
     p.currentPage = std::max(1, page);
+    return p;
+}
+
+Page Catalogue::Paginate(const std::vector<const Title*>& all, int page, int perPage) {
+    Page p = PageFrame(all.size(), page, perPage);
     size_t begin = static_cast<size_t>(p.currentPage - 1) * static_cast<size_t>(p.itemsPerPage);
     for (size_t i = begin; i < all.size() && i < begin + static_cast<size_t>(p.itemsPerPage); ++i) {
         p.items.push_back(all[i]);

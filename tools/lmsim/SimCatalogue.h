@@ -104,6 +104,8 @@ public:
     std::vector<const Title*> Recommended(int titleId) const;
 
     static Page Paginate(const std::vector<const Title*>& all, int page, int perPage);
+    // The numbers of a page of any list of `count` items, by the same rules; no items.
+    static Page PageFrame(size_t count, int page, int perPage);
 
     // The catalogue's last load time as the service writes it.
     const std::string& LastLoadTime() const { return m_LastLoadTime; }

@@ -78,6 +78,10 @@ void CatalogueAnswers::FillListing(T* out, const Title& title) {
     }
 }
 
+// The account answers list purchased titles with the same listing part.
+template void CatalogueAnswers::FillListing(LM1__TitleListingPurchased*, const Title&);
+template void CatalogueAnswers::FillListing(LM1__TitleListingPurchasedForPass*, const Title&);
+
 LM1__TitleListing* CatalogueAnswers::Listing(const Title& title) {
     LM1__TitleListing* t = soap_new_LM1__TitleListing(m_Soap);
     FillListing(t, title);

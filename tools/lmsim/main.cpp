@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 
+#include "SimAccounts.h"
 #include "SimCatalogue.h"
 #include "SimFaults.h"
 #include "SimHttpServer.h"
@@ -14,6 +15,9 @@
 #include "SimWeb.h"
 
 namespace {
+
+using lmsim::AccountDefaults;
+using lmsim::Code;
 
 void Usage(FILE* out) {
     fprintf(out,
@@ -35,7 +39,31 @@ void Usage(FILE* out) {
             "  --help                 this text\n"
             "\n"
             "Faults can also be armed per request: GET /__lmsim/fault?kind=K&value=V&count=N on\n"
-            "the plain HTTP port applies K to the next N answers of either port.\n");
+            "the plain HTTP port applies K to the next N answers of either port.\n"
+            "\n"
+            "Accounts (in memory, lost at exit; ids and tokens count up in request order):\n"
+            "  authorizeDevice with Pin %d activates the device the header names\n"
+            "    (DestinationUniqueID) for the WS-Security user's account, created on first use\n"
+            "    (\"%s\" without a user name); its answer's AuthToken goes in the device header\n"
+            "    of later calls. Any other Pin answers ResponseCode %d, no device id %d.\n"
+            "  Every account, wishlist, purchase and streaming call needs that token, current\n"
+            "  and of the same device; otherwise it answers ResponseCode %d (checkAuthToken\n"
+            "  answers false; getConfig and GetCountryID need no token).\n"
+            "  A new account: e-mail USER@example.com (or the user name when it is one), card\n"
+            "    %s ending %s, prepaid balance %d cents, adult PIN \"%04d\", country %d.\n"
+            "  Purchases: SKU %d is always declined (ResponseCode %d); paying with prepaid funds\n"
+            "    beyond the balance answers %d; an unknown SKU %d; a SKU with a pass in force %d.\n"
+            "    Orders are taxed at %d%%; rentals end after their RentalPeriod.\n"
+            "  Gift certificates: \"GIFT-<cents>-<anything>\" (at most %d cents) is worth its\n"
+            "    cents once; an unknown code answers %d, a used one %d.\n"
+            "  removeAllMyPurchases wants the password of the request that created the account.\n",
+            AccountDefaults::kActivationPin, AccountDefaults::kDemoUser, Code::kWrongPin,
+            Code::kNoDeviceId, Code::kNotAuthorised, AccountDefaults::kCardType,
+            AccountDefaults::kCardLastFour, AccountDefaults::kPrepaidCents,
+            AccountDefaults::kAdultPin, AccountDefaults::kCountryId, AccountDefaults::kDecliningSku,
+            Code::kDeclined, Code::kInsufficientFunds, Code::kUnknownSku, Code::kAlreadyOwned,
+            AccountDefaults::kTaxPercent, AccountDefaults::kGiftCentsLimit, Code::kGiftInvalid,
+            Code::kGiftUsed);
 }
 
 bool ParseInt(const char* text, long lo, long hi, long& out) {
@@ -111,21 +139,24 @@ int main(int argc, char** argv) {
 
     soap_ssl_init();
     const lmsim::Catalogue catalogue = lmsim::Catalogue::Build();
-    lmsim::SimState state{catalogue, static_cast<int>(accessType)};
+    lmsim::SimAccounts accounts(catalogue);
     lmsim::SimWeb simWeb(catalogue, web);
     lmsim::SimFaults faults;
     if (fault.kind != lmsim::FaultKind::None) {
         faults.Arm(fault, -1);
     }
-    lmsim::SimSoapServer https(state, simWeb, faults);
+    // The plain-HTTP port first: the SOAP answers name URLs on it.
     lmsim::SimHttpServer http(simWeb, faults);
     std::string error;
-    if (!https.Listen(tlsDir, static_cast<int>(httpsPort), error)) {
-        fprintf(stderr, "lmsim: HTTPS: %s\n", error.c_str());
-        return 1;
-    }
     if (!http.Listen(static_cast<int>(httpPort), error)) {
         fprintf(stderr, "lmsim: HTTP: %s\n", error.c_str());
+        return 1;
+    }
+    lmsim::SimState state{catalogue, accounts, static_cast<int>(accessType), http.Port(),
+                          web.bandwidthPath};
+    lmsim::SimSoapServer https(state, simWeb, faults);
+    if (!https.Listen(tlsDir, static_cast<int>(httpsPort), error)) {
+        fprintf(stderr, "lmsim: HTTPS: %s\n", error.c_str());
         return 1;
     }
     https.Start();
