@@ -85,7 +85,7 @@ LM_WS_Status FetchBandwidthURL(LM_WS_Handle* handle, LMWSClient& client) {
 
 // Host and path of "scheme://host/path": the host is what lies between the first "//" and the
 // next "/", the path everything after that "/". False when either is empty.
-bool SplitURL(const LMString& url, LMString& host, LMString& path) {
+bool SplitURL(const LMString& url, LMString& host, int& port, LMString& path) {
     const char* text = url.c_str();
     const char* start = strstr(text, "//");
     if (start == nullptr) {
@@ -98,7 +98,19 @@ bool SplitURL(const LMString& url, LMString& host, LMString& path) {
     }
     host.assign(start, static_cast<size_t>(slash - start));
     path.assign(slash + 1);
-    return true;
+    // "host:port": the URL names its port itself.
+    port = 0;
+    const char* colon = strchr(host.c_str(), ':');
+    if (colon != nullptr) {
+        char* end = nullptr;
+        long value = strtol(colon + 1, &end, 10);
+        if (end == colon + 1 || *end != 0 || value < 1 || value > 65535) {
+            return false;
+        }
+        port = static_cast<int>(value);
+        host.assign(host.c_str(), static_cast<size_t>(colon - host.c_str()));
+    }
+    return !host.empty();
 }
 
 // The GET of the bandwidth probe on an open connection: the rate in bits per second.
@@ -209,17 +221,20 @@ LM_WS_Status LM_WS_checkBandwidth(LM_WS_Handle* handle, uint32_t* bitsPerSecond)
         }
     }
     LMString host, path;
-    if (!SplitURL(params.BandwidthCheckURL, host, path)) {
+    int urlPort = 0;
+    if (!SplitURL(params.BandwidthCheckURL, host, urlPort, path)) {
         return kBadBandwidthURL;
     }
 
     struct soap* soap = client->m_RealTimeBrowse.soap;
     ProxySuspended direct(soap);
-    // Port 443 for an https URL and 80 otherwise, unless the deployment moved the service's
-    // HTTPS or plain-HTTP port (as the tests do, with the simulator on loopback ports): then the
-    // bandwidth-check file is served on the moved port too.
+    // The URL's own port when it names one; else 443 for an https URL and 80 otherwise, unless
+    // the deployment moved the service's HTTPS or plain-HTTP port (as the tests do, with the
+    // simulator on loopback ports): then the bandwidth-check file is served on the moved port too.
     const bool tls = soap_tag_cmp(params.BandwidthCheckURL.c_str(), "https:*") == 0;
-    const int port = tls ? params.Deployment.httpsPort : params.Deployment.httpPort;
+    const int port = urlPort != 0 ? urlPort
+                     : tls        ? params.Deployment.httpsPort
+                                  : params.Deployment.httpPort;
     LMRawHttp::Connection connection(soap);
     if (!connection.Open(params.BandwidthCheckURL, host, port)) {
         return LM_WS_NO_CONNECTION;

@@ -169,6 +169,21 @@ TEST(CheckBandwidth, ATransferWithinOneMillisecondCountsAsOne) {
     EXPECT_EQ(800000u, bps);
 }
 
+TEST(CheckBandwidth, APortInTheURLIsTheOneUsed) {
+    ScriptedServer server({Whole(Ok(std::string(100, 'b')))});
+    const std::string url = "http://127.0.0.1:" + std::to_string(server.Port()) + "/small.bin";
+    ProbeClient client(atoi(kClosedPort), url.c_str());
+    uint32_t bps = 0;
+    ASSERT_EQ(0, LM_WS_checkBandwidth(&client.h, &bps));
+    EXPECT_EQ("GET /small.bin HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(server.Port()) +
+                  "\r\nUser-Agent: LMWSLib\r\n\r\n",
+              server.Requests().at(0));
+    for (const char* bad : {"http://127.0.0.1:/x", "http://127.0.0.1:http/x", "http://:80/x"}) {
+        client.Context()->m_Params.BandwidthCheckURL = bad;
+        EXPECT_EQ(-1921, LM_WS_checkBandwidth(&client.h, &bps)) << bad;
+    }
+}
+
 TEST(CheckBandwidth, FailuresGiveTheirStatusAndNoRate) {
     ScriptedServer server({Whole(kNotFound), Whole(OversizedHead("xyz")),
                            Whole("HTTP/1.1 200 OK\r\nContent-Length: 9000\r\n\r\nabc", 0)});
