@@ -594,4 +594,51 @@ TEST_F(LmwsAgainstLmsim, FailedOperationSetsTheExitStatusAndTheOthersStillRun) {
     EXPECT_EQ(pages[1]["Titles"].size(), 5u);
 }
 
+// A user's whole flow, one lmws process per step as a script would run it: the token of the
+// authorisation is handed to every later step on the command line.
+TEST_F(LmwsAgainstLmsim, AUsersFlowOneProcessPerStep) {
+    std::vector<std::string> client = {"-q", "--env", "2", "--access-type", "2"};
+    auto step = [&](std::vector<std::string> operation) {
+        std::vector<std::string> args = client;
+        args.insert(args.end(), operation.begin(), operation.end());
+        LmwsRun run = Lmws(args);
+        EXPECT_EQ(run.lines.size(), 1u) << run.out << run.err;
+        return run.lines.empty() ? json::object() : run.lines[0];
+    };
+    auto ok = [&](std::vector<std::string> operation) {
+        json line = step(operation);
+        EXPECT_EQ(line["status"], 0) << line.dump();
+        return line["result"];
+    };
+
+    EXPECT_EQ(step({"authorizeDevice", "9999"})["status"], -1005) << "a wrong activation pin";
+    const std::string token = ok({"authorizeDevice", "1234"})["AuthToken"];
+    ASSERT_FALSE(token.empty());
+    client.insert(client.end(), {"--auth-token", token});
+    EXPECT_EQ(ok({"checkAuthToken"})["valid"], true);
+
+    const json title = ok({"getTitles", "12", "1", "1", "2"})["Titles"][0];
+    const std::string id = std::to_string(title["TitleID"].get<int>());
+    const json& product = title["AvailableProducts"][0];
+    const std::string sku = std::to_string(product["SkuID"].get<int>());
+    const std::string profile = std::to_string(product["AvailableAssets"][0].get<int>());
+
+    ok({"addItemToWishlist", id});
+    EXPECT_EQ(ok({"checkTitleInWishlist", id})["inWishlist"], true);
+    EXPECT_EQ(step({"doPurchaseSavedBilling", "700099", "127.0.0.1", "1"})["status"], -1007)
+        << "a declined purchase";
+    const std::string pass =
+        std::to_string(ok({"doPurchaseSavedBilling", sku, "127.0.0.1", "0"})["PassID"].get<int>());
+    EXPECT_EQ(ok({"getWishlistItems", "0", "1", "10", "0"})["Titles"].size(), 0u);
+    EXPECT_EQ(ok({"checkTitleInWishlist", id})["inWishlist"], false);
+
+    const json videos = ok({"getMyVideos", "1", "10", "2", "0", "3"})["Titles"];
+    ASSERT_EQ(videos.size(), 1u);
+    EXPECT_EQ(videos[0]["TitleID"], title["TitleID"]);
+    const std::string stream = ok({"getStreamingAssetLocation", pass, profile})["StreamID"];
+    ASSERT_FALSE(stream.empty());
+    ok({"manageStreamingInstanceStatus", stream, "1", "600"});
+    EXPECT_EQ(ok({"loadLastStreamingAssetLocation", pass, profile})["StartTimeSeconds"], 600);
+}
+
 }  // namespace
