@@ -427,6 +427,7 @@ TEST_F(Conversion, AccountAnswersWithNestedParts) {
     config->ConfigurationSet->Configuration[0] = soap_new_LM1__ConfigurationItemOfString(&ctx);
     config->ConfigurationSet->Configuration[0]->Key = Text("BandwithCheckURL");
     config->ConfigurationSet->Configuration[0]->Value = Text("http://h/f.bin");
+    config->ConfigurationSet->Configuration[1] = nullptr;  // a nil item
     LM_WS_ConfigResponse configRec;
     LM_WS_InitResult(&configRec, LM_WS_ResultConfig);
     LMUtilities::LM1__GetConfigResponse2LM_WS_ConfigResponse(config, &configRec);
