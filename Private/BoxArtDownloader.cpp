@@ -88,12 +88,11 @@ LM_WS_Status BoxArtDownloader::Fetch(const LMString& prefix, LM_WS_BoxArtSize si
     }
 
     char block[LMRawHttp::kFirstBlock + 1];
-    const size_t received = connection.Receive(block, LMRawHttp::kFirstBlock);
+    size_t received = 0;
+    const LMRawHttp::Head head = LMRawHttp::ReceiveHead(connection, block, received);
     if (received == 0) {
         return LM_WS_SEND_RECV_FAILED;
     }
-    block[received] = 0;
-    const LMRawHttp::Head head = LMRawHttp::ParseHead(block);
     switch (head.status) {
         case LMRawHttp::Status::OK:
             break;

@@ -122,12 +122,11 @@ LM_WS_Status MeasureBandwidth(LMRawHttp::Connection& connection, const LMString&
         return LM_WS_SEND_RECV_FAILED;
     }
     char block[LMRawHttp::kFirstBlock + 1];
-    const size_t received = connection.Receive(block, LMRawHttp::kFirstBlock);
+    size_t received = 0;
+    const LMRawHttp::Head head = LMRawHttp::ReceiveHead(connection, block, received);
     if (received == 0) {
         return LM_WS_SEND_RECV_FAILED;
     }
-    block[received] = 0;
-    const LMRawHttp::Head head = LMRawHttp::ParseHead(block);
     if (head.status == LMRawHttp::Status::NotFound) {
         return kNotFound;
     }
@@ -163,9 +162,8 @@ LM_WS_Status ReadDeviceTime(LMRawHttp::Connection& connection, const LMString& h
         return LM_WS_SEND_RECV_FAILED;
     }
     char block[LMRawHttp::kFirstBlock + 1];
-    const size_t received = connection.Receive(block, LMRawHttp::kFirstBlock);
-    block[received] = 0;
-    const LMRawHttp::Head head = LMRawHttp::ParseHead(block);
+    size_t received = 0;
+    const LMRawHttp::Head head = LMRawHttp::ReceiveHead(connection, block, received);
     if (received == 0 || head.status != LMRawHttp::Status::OK || !head.complete) {
         return LM_WS_SEND_RECV_FAILED;
     }

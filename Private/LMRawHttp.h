@@ -139,6 +139,14 @@ inline Head ParseHead(const char* block) {
     return head;
 }
 
+// Receives the first block of an answer into `block`, NUL-terminated, and parses its head.
+// `received` is 0 when nothing arrived (end of stream, time-out or failure).
+inline Head ReceiveHead(Connection& connection, char (&block)[kFirstBlock + 1], size_t& received) {
+    received = connection.Receive(block, kFirstBlock);
+    block[received] = 0;
+    return ParseHead(block);
+}
+
 // The body of the service's clock page, "M/D/YYYY h:mm:ss AM" or "... PM" in UTC, as seconds
 // since 1970-01-01. 12 is added to the hour whenever the marker is "PM", so "12:..:.. PM" gives
 // hour 24 and rolls over into the next day, while "12:..:.. AM" stays hour 12: the service's
