@@ -31,10 +31,11 @@ const char* TextOrEmpty(const char* text) {
     return text != nullptr ? text : "";
 }
 
-// The single-id operations differ only in their names, types and request member.
-template <class Proxy, class Request, class Response, class Wire, class Record>
+// The single-id operations differ only in their names, types and request member. `Owner` is the
+// generated proxy class that declares `method`, a base of `Proxy`.
+template <class Proxy, class Owner, class Request, class Response, class Wire, class Record>
 LM_WS_Status ById(LMWSClient& client, Proxy& proxy, const Operation& op, const char* cacheName,
-                  int (Proxy::*method)(Request*, Response&), int Request::*idMember, int32_t id,
+                  int (Owner::*method)(Request*, Response&), int Request::*idMember, int32_t id,
                   Wire* Response::*result, void (*convert)(const Wire*, Record*), Record* record) {
     CacheSlot slot = ServiceSlot(cacheName);
     SetKey(slot, "%d", id);
