@@ -27,9 +27,13 @@ typedef int32_t LM_WS_AccessType;
 
 /* What the caller passes to LM_WS_Setup. Texts are NUL-terminated; an absent optional text is a
  * null pointer or "". The fields are read during the call only. */
-typedef struct LM_WS_SetupParams {
-    enum ContentType { General = 0, Adult = 1 };
+/* The catalogue a client serves (LM_WS_SetupParams.Type). */
+typedef enum LM_WS_ContentType {
+    LM_WS_ContentGeneral = 0,
+    LM_WS_ContentAdult = 1
+} LM_WS_ContentType;
 
+typedef struct LM_WS_SetupParams {
     const char* APIKey;              /* required */
     const char* AuthToken;           /* optional */
     const char* DestinationUniqueID; /* required, at most 350 characters */
@@ -37,10 +41,10 @@ typedef struct LM_WS_SetupParams {
     const char* UserName;       /* required */
     const char* Password;       /* required */
     const char* ServiceBaseURL; /* carried only: the base URL comes from the environment table */
-    int32_t Type;               /* ContentType */
+    int32_t Type;               /* LM_WS_ContentType */
     LM_WS_EnvNum EnvNum;
-    uint32_t CacheType;  /* LM_WS_CacheParam::CacheType */
-    uint32_t CacheData;  /* bit set of LM_WS_CacheParam::CacheData */
+    uint32_t CacheType;  /* 0 none, 1 memory, 2 file */
+    uint32_t CacheData;  /* bits: 1 responses, 2 box art, 4 user data */
     uint32_t CacheLimit; /* bytes; 0 no limit, else at least 358400 */
     const char* CachePath;
     const char* ProxyHost; /* optional HTTP proxy */

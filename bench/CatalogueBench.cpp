@@ -12,6 +12,7 @@
 #include <string>
 
 #include "LMAnswerMemo.h"
+#include "LM_WS_CacheParam.h"
 #include "LM_WS.h"
 #include "LmsimProcess.h"
 

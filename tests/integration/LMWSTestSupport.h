@@ -31,7 +31,7 @@ struct Params {
 
     Params() {
         p.DestinationTypeID = 7;
-        p.Type = LM_WS_SetupParams::General;
+        p.Type = LM_WS_ContentGeneral;
         p.EnvNum = 2;
         p.CacheType = LM_WS_CacheParam::None;
         p.AccessType = 2;

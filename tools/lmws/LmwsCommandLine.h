@@ -24,7 +24,7 @@ struct LmwsSettings {
     std::string user = "demo@lumora.example";
     std::string password = "demo";
     std::string baseUrl;
-    int64_t type = LM_WS_SetupParams::General;
+    int64_t type = LM_WS_ContentGeneral;
     int64_t env = 2;  // production
     int64_t cacheType = 0;
     int64_t cacheData = 7;  // service answers, box art, user data

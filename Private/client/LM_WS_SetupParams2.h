@@ -9,6 +9,7 @@
 #include "LMDeployment.h"
 #include "LMString.h"
 #include "LM_WS.h"
+#include "LM_WS_CacheParam.h"
 #include "LM_WS_Types.h"
 
 struct LM_WS_SetupParams2 {

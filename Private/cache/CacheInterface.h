@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "LMString.h"
-#include "LM_WS_Types.h"
+#include "LM_WS_CacheParam.h"
 
 class CacheInterface {
 public:
