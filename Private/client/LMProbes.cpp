@@ -16,7 +16,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <limits>
 #include <memory>
+#include <new>
 #include <string>
 
 #include "LMDeployment.h"
@@ -321,16 +323,19 @@ LM_WS_Status LM_WS_copyFile(const char* source, const char* destination) {
     if (PathExists(destination)) {
         return LM_WS_OK;
     }
+    // The whole source goes through one buffer of its size. A folder opens for reading with a
+    // size near 2^63, and a file larger than the address space (4 GiB on a 32-bit player) cannot
+    // be held: both fail here rather than in the allocation.
     LMFile in;
-    if (!in.Open(source, "rb")) {
+    if (!in.Open(source, "rb") || !in.IsRegularFile()) {
         return kCopyFailed;
     }
     const lm_int64 size = in.GetSize();
-    if (size < 0) {
+    if (size < 0 || static_cast<uint64_t>(size) >= std::numeric_limits<size_t>::max()) {
         return kCopyFailed;
     }
-    std::unique_ptr<char[]> data(new char[static_cast<size_t>(size) + 1]);
-    if (in.Read(data.get(), size) != size) {
+    std::unique_ptr<char[]> data(new (std::nothrow) char[static_cast<size_t>(size) + 1]);
+    if (data == nullptr || in.Read(data.get(), size) != size) {
         return kCopyFailed;
     }
     in.Close();

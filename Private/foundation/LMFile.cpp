@@ -84,6 +84,11 @@ lm_int64 LMFile::Tell() {
     return m_File == nullptr ? -1 : static_cast<lm_int64>(ftello(m_File));
 }
 
+bool LMFile::IsRegularFile() const {
+    struct stat info;
+    return m_File != nullptr && fstat(fileno(m_File), &info) == 0 && S_ISREG(info.st_mode);
+}
+
 lm_int64 LMFile::GetSize() {
     if (m_File == nullptr) {
         return 0;
@@ -221,7 +226,8 @@ bool LMFile::Copy(const char* from, const char* to) {
     LM_ASSERT(to != 0);
     LMFile in;
     LMFile out;
-    if (!in.Open(from, "rb") || !out.Open(to, "wb")) {
+    // A folder as the source would give an empty "copy" and count as done.
+    if (!in.Open(from, "rb") || !in.IsRegularFile() || !out.Open(to, "wb")) {
         return false;
     }
     char block[1024];

@@ -25,6 +25,9 @@ public:
     bool Open(const char* filename, const char* mode);
     void Close();
     bool IsOpen() const { return m_File != nullptr; }
+    // True when the open stream is a regular file. A folder opens for reading too (its size is
+    // then meaningless and reads fail), as do devices and pipes.
+    bool IsRegularFile() const;
     // Loop until `size` bytes, end of file, or an error other than EINTR; returns the total.
     lm_int64 Read(void* buffer, lm_int64 size);
     lm_int64 Write(const void* buffer, lm_int64 size);

@@ -483,9 +483,9 @@ TEST(LmwsOffline, OperationsWithoutAHandleRunAfterTheSetUp) {
     std::ofstream(source) << "lumora\n";
     LmwsRun run = Lmws({"--access-type", "2", "copyFile", source, copy, "--", "md5sum", copy, "--",
                         "deleteFile", copy, "--", "getDeviceTime", "--", "checkTitlesInWishlist",
-                        "100016,100017", "0"});
+                        "100016,100017", "0", "--", "copyFile", dir.path, dir.path + "/c.txt"});
     EXPECT_EQ(run.status, 1);  // no service: the clock and the wishlist fail
-    ASSERT_EQ(run.lines.size(), 5u) << run.out << run.err;
+    ASSERT_EQ(run.lines.size(), 6u) << run.out << run.err;
 
     EXPECT_EQ(run.lines[0]["operation"], "copyFile");
     EXPECT_EQ(run.lines[0]["status"], 0);
@@ -505,6 +505,9 @@ TEST(LmwsOffline, OperationsWithoutAHandleRunAfterTheSetUp) {
     EXPECT_EQ(run.lines[4]["result"],
               json::parse(R"({"titles": [{"titleID": 100016, "inWishlist": false},
                                          {"titleID": 100017, "inWishlist": false}]})"));
+    // A folder cannot be copied: a status, not a failure of the program.
+    EXPECT_EQ(run.lines[5]["operation"], "copyFile");
+    EXPECT_EQ(run.lines[5]["status"], -1900);
 }
 
 // ---- Against the simulator ----

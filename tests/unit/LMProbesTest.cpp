@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 
+#include "LMFile.h"
 #include "LMRawHttp.h"
 #include "LM_WS.h"
 #include "TempDir.h"
@@ -78,6 +79,16 @@ TEST(CopyFile, AnExistingDestinationIsLeftUntouched) {
     EXPECT_EQ(0, LM_WS_copyFile((dir / "src").c_str(), (dir / "copy").c_str()));
     EXPECT_EQ(std::string("new\0content", 11), ReadAll(dir / "copy"));
     EXPECT_EQ(-1900, LM_WS_copyFile((dir / "none").c_str(), (dir / "copy2").c_str()));
+}
+
+// A folder opens for reading and reports a size near 2^63: it must fail as a copy, not as an
+// allocation that throws out of the C interface, and leave no destination behind.
+TEST(CopyFile, AFolderAsTheSourceFailsAndWritesNothing) {
+    TempDir dir;
+    EXPECT_EQ(-1900, LM_WS_copyFile(dir.path().c_str(), (dir / "copy").c_str()));
+    EXPECT_FALSE(LMFile::Exist((dir / "copy").c_str()));
+    EXPECT_FALSE(LMFile::Copy(dir.path().c_str(), (dir / "copy").c_str()));
+    EXPECT_FALSE(LMFile::Exist((dir / "copy").c_str()));
 }
 
 }  // namespace
