@@ -720,6 +720,11 @@ TEST_F(LMWSCatalogueOnline, GetTitlesRequestOnTheWire) {
         EXPECT_EQ(Count(sent, part), 1u) << part << "\n" << sent;
     }
     EXPECT_EQ(Count(sent, "<LM1:getTitlesByNavigation"), 1u) << "one request";
+
+    // The transport's events go to the toolkit's trace area: the request out, the answer in.
+    const std::string events = log.Text("soap_test");
+    EXPECT_NE(events.find("soap send: "), std::string::npos) << events;
+    EXPECT_NE(events.find("soap recv: "), std::string::npos) << events;
 }
 
 // Each transport failure, armed for one answer, gives its status; the next call succeeds again.

@@ -1,11 +1,24 @@
 #include "LMSoapLogPlugin.h"
 
 #include <new>
+#include <type_traits>
 
 #include "LMLog.h"
 #include "stdsoap2.h"
 
 const char LMSoapLogPlugin::kId[] = "LM-SOAP-LOG/1.0";
+
+static_assert(std::is_same<SOAP_SOCKET, int>::value, "the wrapped fopen returns a socket as int");
+
+namespace {
+
+// The plug-in's record on `soap`, or null once the context was ended and its plug-ins deleted.
+template <class Data>
+Data* Find(struct soap* soap, const char* id) {
+    return static_cast<Data*>(soap_lookup_plugin(soap, id));
+}
+
+}  // namespace
 
 int LMSoapLogPlugin::Register(struct soap* soap) {
     if (soap_lookup_plugin(soap, kId) != nullptr) {
@@ -15,7 +28,8 @@ int LMSoapLogPlugin::Register(struct soap* soap) {
 }
 
 int LMSoapLogPlugin::Create(struct soap* soap, struct soap_plugin* plugin, void* /*arg*/) {
-    Data* data = new (std::nothrow) Data{soap->fsend, soap->frecv, false};
+    Data* data =
+        new (std::nothrow) Data{soap->fsend, soap->frecv, soap->fopen, soap->fclose, false};
     if (data == nullptr) {
         return SOAP_EOM;
     }
@@ -25,6 +39,8 @@ int LMSoapLogPlugin::Create(struct soap* soap, struct soap_plugin* plugin, void*
     plugin->fdelete = Delete;
     soap->fsend = Send;
     soap->frecv = Recv;
+    soap->fopen = Open;
+    soap->fclose = Close;
     return SOAP_OK;
 }
 
@@ -45,24 +61,26 @@ void LMSoapLogPlugin::Delete(struct soap* /*soap*/, struct soap_plugin* plugin) 
 }
 
 void LMSoapLogPlugin::SetQuiet(struct soap* soap, bool quiet) {
-    if (Data* plugin = static_cast<Data*>(soap_lookup_plugin(soap, kId))) {
+    if (Data* plugin = Find<Data>(soap, kId)) {
         plugin->quiet = quiet;
     }
 }
 
 int LMSoapLogPlugin::Send(struct soap* soap, const char* data, size_t length) {
-    const Data* plugin = static_cast<const Data*>(soap_lookup_plugin(soap, kId));
-    if (plugin == nullptr) {  // the context was ended and its plug-ins deleted
+    const Data* plugin = Find<const Data>(soap, kId);
+    if (plugin == nullptr) {
         return soap->error = SOAP_PLUGIN_ERROR;
     }
     if (!plugin->quiet) {
         LM_LogOutputwithLen(SENT_LMLogAreaID, LM_LOG_TRACE, data, static_cast<unsigned>(length));
     }
-    return plugin->fsend(soap, data, length);
+    const int rc = plugin->fsend(soap, data, length);
+    LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap send: %zu bytes, error %d\n", length, rc);
+    return rc;
 }
 
 size_t LMSoapLogPlugin::Recv(struct soap* soap, char* buffer, size_t length) {
-    const Data* plugin = static_cast<const Data*>(soap_lookup_plugin(soap, kId));
+    const Data* plugin = Find<const Data>(soap, kId);
     if (plugin == nullptr) {
         return 0;
     }
@@ -71,5 +89,39 @@ size_t LMSoapLogPlugin::Recv(struct soap* soap, char* buffer, size_t length) {
         LM_LogOutputwithLen(RECV_LMLogAreaID, LM_LOG_TRACE, buffer,
                             static_cast<unsigned>(received));
     }
+    if (received > 0) {
+        LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap recv: %zu bytes\n", received);
+    } else {
+        LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap recv: end of stream or time-out\n");
+    }
     return received;
+}
+
+int LMSoapLogPlugin::Open(struct soap* soap, const char* endpoint, const char* host, int port) {
+    const Data* plugin = Find<const Data>(soap, kId);
+    if (plugin == nullptr) {
+        return SOAP_INVALID_SOCKET;
+    }
+    const int socket = plugin->fopen(soap, endpoint, host, port);
+    if (soap_valid_socket(socket)) {
+        LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap open: %s (%s:%d), socket %d\n",
+                     endpoint != nullptr ? endpoint : "", host != nullptr ? host : "", port,
+                     socket);
+    } else {
+        LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap open: %s (%s:%d) failed, error %d\n",
+                     endpoint != nullptr ? endpoint : "", host != nullptr ? host : "", port,
+                     soap->error);
+    }
+    return socket;
+}
+
+int LMSoapLogPlugin::Close(struct soap* soap) {
+    const Data* plugin = Find<const Data>(soap, kId);
+    if (plugin == nullptr) {
+        return SOAP_OK;
+    }
+    // The context's error at close is the outcome of the exchange that used the connection.
+    LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap close: socket %d, error %d\n",
+                 static_cast<int>(soap->socket), soap->error);
+    return plugin->fclose(soap);
 }

@@ -1,10 +1,13 @@
-// gSOAP plug-in that copies every byte a context sends and receives into the log.
+// gSOAP plug-in that copies every byte a context sends and receives into the log, and traces its
+// transport events.
 //
 // It wraps the context's transport callbacks: what `fsend` writes goes to the area whose id is
 // in SENT_LMLogAreaID, what `frecv` returns to RECV_LMLogAreaID, both at trace severity and by
-// length (the chunks are not NUL-terminated). The ids are read at every call, so the areas can
-// be configured after the plug-in is registered. Over TLS the bytes are the plaintext; with
-// HTTP compression they are the compressed bytes as they travel.
+// length (the chunks are not NUL-terminated). The events of a connection (opened or refused, each
+// send and receive by size, end of stream, close, and the toolkit's error at close) go to the
+// area in TEST_LMLogAreaID, one line each. The ids are read at every call, so the areas can be
+// configured after the plug-in is registered. Over TLS the bytes are the plaintext; with HTTP
+// compression they are the compressed bytes as they travel.
 //
 // Register it after any plug-in or code that replaces fsend/frecv itself, so that the logged
 // bytes are the ones on the connection. The plug-in follows the context through soap_copy()
@@ -37,6 +40,8 @@ private:
     struct Data {
         int (*fsend)(struct soap*, const char*, size_t);
         size_t (*frecv)(struct soap*, char*, size_t);
+        int (*fopen)(struct soap*, const char*, const char*, int);
+        int (*fclose)(struct soap*);
         bool quiet;
     };
 
@@ -44,6 +49,8 @@ private:
     static void Delete(struct soap* soap, struct soap_plugin* plugin);
     static int Send(struct soap* soap, const char* data, size_t length);
     static size_t Recv(struct soap* soap, char* buffer, size_t length);
+    static int Open(struct soap* soap, const char* endpoint, const char* host, int port);
+    static int Close(struct soap* soap);
 };
 
 #endif  // LM_SOAP_LOG_PLUGIN_H
