@@ -153,7 +153,9 @@ typedef struct LM_WS_ProductListing {
     int32_t PurchaseType;
     char* Price; /* decimal, kept as the service's text */
     LM_WS_FileProfileArray AvailableAssets;
-    char* ExpireDate; /* "YYYY/MM/DD hh:mm:ss", or "" */
+    /* The expiry text exactly as the service sent it, or "" when it sent none. The service
+     * writes "YYYY/MM/DD hh:mm:ss", but the client neither checks nor converts it. */
+    char* ExpireDate;
     LM_WS_AudioFileArray AvailableAudioProfiles;
     int32_t RentalPeriod;
 } LM_WS_ProductListing;

@@ -279,8 +279,7 @@ LM_WS_Status LM_WS_getLastCacheLoadTimeUTC(LM_WS_Handle* handle, LM_WS_LengthAnd
         });
     LM_WS_Status status = LMUtilities::MakeStatus(rc, 0, nullptr);
     LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d,utctime:%s\n",
-                 "LM_WS_getLastCacheLoadTimeUTC", status,
-                 result->Text != nullptr ? result->Text : "");
+                 "LM_WS_getLastCacheLoadTimeUTC", rc, result->Text != nullptr ? result->Text : "");
     return status;
 }
 
@@ -319,7 +318,7 @@ LM_WS_Status LM_WS_getFileType(LM_WS_Handle* handle, LM_WS_FileType* result) {
     } else if (answered) {
         client->SetAccessType(result->AccessType);
     }
-    LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d\n", "LM_WS_getFileType", status);
+    LM_LogOutput(g_LogArea.Id(), LM_LOG_TRACE, "%s, ret:%d\n", "LM_WS_getFileType", rc);
     return status;
 }
 

@@ -16,8 +16,9 @@ const char EVPCipher::kSymbols[17] = "W4QH7TXB2RM9VD6F";
 struct EVPCipher::Impl {
     EVP_CIPHER_CTX* ctx = nullptr;
     const EVP_CIPHER* cipher = nullptr;
-    int key_len = 0;
-    int iv_len = 0;
+    // Sizes in bytes, as the sizes of the buffers they describe.
+    size_t key_len = 0;
+    size_t iv_len = 0;
     int block_size = 0;
     unsigned char* key = nullptr;
     unsigned char* iv = nullptr;
@@ -30,8 +31,8 @@ EVPCipher::EVPCipher(bool aes) : m_Impl(new Impl) {
         // Blowfish lives in OpenSSL 3's legacy provider; without it fall back to the default.
         m_Impl->cipher = EVP_aes_128_cbc();
     }
-    m_Impl->key_len = EVP_CIPHER_key_length(m_Impl->cipher);
-    m_Impl->iv_len = EVP_CIPHER_iv_length(m_Impl->cipher);
+    m_Impl->key_len = static_cast<size_t>(EVP_CIPHER_key_length(m_Impl->cipher));
+    m_Impl->iv_len = static_cast<size_t>(EVP_CIPHER_iv_length(m_Impl->cipher));
     m_Impl->block_size = EVP_CIPHER_block_size(m_Impl->cipher);
     m_Impl->key = static_cast<unsigned char*>(calloc(1, m_Impl->key_len));
     m_Impl->iv = static_cast<unsigned char*>(calloc(1, m_Impl->iv_len));
@@ -49,7 +50,7 @@ EVPCipher::~EVPCipher() {
 
 LMString EVPCipher::GeneratePswd() {
     unsigned char buf[128];
-    LM_ASSERT(sizeof(buf) >= static_cast<size_t>(m_Impl->key_len));
+    LM_ASSERT(sizeof(buf) >= m_Impl->key_len);
     if (RAND_status() != 1) {
         // Seed from the C library's generator when OpenSSL has no entropy source of its own.
         srand(static_cast<unsigned>(rand() + time(nullptr)));
@@ -59,24 +60,23 @@ LMString EVPCipher::GeneratePswd() {
         }
         RAND_seed(seed, sizeof(seed));
     }
-    if (RAND_bytes(buf, m_Impl->key_len) != 1) {
+    if (RAND_bytes(buf, static_cast<int>(m_Impl->key_len)) != 1) {
         return LMString();
     }
-    LMString key = EncodeSymbols(buf, static_cast<size_t>(m_Impl->key_len));
+    LMString key = EncodeSymbols(buf, m_Impl->key_len);
     OPENSSL_cleanse(buf, sizeof(buf));
     return key;
 }
 
 bool EVPCipher::SetKey(const LMString& keySymbols) {
     LMString bytes;
-    if (!DecodeSymbols(keySymbols, bytes) ||
-        bytes.length() != static_cast<uint32_t>(m_Impl->key_len)) {
+    if (!DecodeSymbols(keySymbols, bytes) || bytes.length() != m_Impl->key_len) {
         return false;
     }
     memcpy(m_Impl->key, bytes.c_str(), m_Impl->key_len);
     // The IV is a fixed function of the key; values written earlier depend on it exactly.
     memset(m_Impl->iv, 0x1C, m_Impl->iv_len);
-    for (int i = 0; i < m_Impl->iv_len && i < m_Impl->key_len; ++i) {
+    for (size_t i = 0; i < m_Impl->iv_len && i < m_Impl->key_len; ++i) {
         m_Impl->iv[i] = m_Impl->key[i] & 0x1D;
     }
     return true;
@@ -129,12 +129,11 @@ LMString EVPCipher::Decrypt(const LMString& cipherSymbols, const LMString& keySy
 }
 
 LMString EVPCipher::KeyBytes() const {
-    return LMString(reinterpret_cast<const char*>(m_Impl->key),
-                    static_cast<size_t>(m_Impl->key_len));
+    return LMString(reinterpret_cast<const char*>(m_Impl->key), m_Impl->key_len);
 }
 
 LMString EVPCipher::IVBytes() const {
-    return LMString(reinterpret_cast<const char*>(m_Impl->iv), static_cast<size_t>(m_Impl->iv_len));
+    return LMString(reinterpret_cast<const char*>(m_Impl->iv), m_Impl->iv_len);
 }
 
 LMString EVPCipher::EncodeSymbols(const unsigned char* bytes, size_t count) {

@@ -331,6 +331,28 @@ TEST(LMWSSetupService, ALaterFileTypeAnswerMovesTheFacadeToo) {
     EXPECT_EQ(&used, client.Context()->m_DownloadAPI.soap);
 }
 
+// Their log lines carry the exchange's own result, as every operation's does: 500 for an HTTP
+// 500, whose status is -4500.
+TEST(LMWSSetupService, FileTypeAndLoadTimeLogTheExchangesResult) {
+    LmsimProcess sim;
+    ASSERT_TRUE(sim.Ready());
+    PointAt(sim);
+    Params params;
+    Client client;
+    ASSERT_EQ(client.Setup(params), LM_WS_OK);
+    lmapi_test::LogCapture log;
+    ASSERT_TRUE(sim.ArmFault("http-status", "500", 2));
+    LM_WS_FileType fileType;
+    EXPECT_EQ(LM_WS_getFileType(&client.h, &fileType), LM_WS_HTTP_BASE - 500);
+    LM_WS_LengthAndText time;
+    EXPECT_EQ(LM_WS_getLastCacheLoadTimeUTC(&client.h, &time), LM_WS_HTTP_BASE - 500);
+    LM_WS_FreeResult(&time);
+    const std::string lines = log.Text("soap_proxy");
+    EXPECT_NE(lines.find("LM_WS_getFileType, ret:500\n"), std::string::npos) << lines;
+    EXPECT_NE(lines.find("LM_WS_getLastCacheLoadTimeUTC, ret:500,utctime:\n"), std::string::npos)
+        << lines;
+}
+
 TEST(LMWSSetupService, GivenAccessTypeIsKeptAndAFailedQueryGivesZero) {
     NoServer();
     Params params;
