@@ -1,5 +1,7 @@
 // Starts the service simulator as a child process for a test and stops it afterwards: test
-// certificates in a fresh folder, free loopback ports, the "lmsim listening" line awaited.
+// certificates in a fresh folder, free loopback ports, the "lmsim listening" line awaited. The
+// simulator also ends when the test process dies without stopping it (a crash, a kill): a stray
+// one would keep running and hold ctest's output pipe open, so the run would wait for it.
 #ifndef LMSIM_PROCESS_H
 #define LMSIM_PROCESS_H
 
@@ -8,6 +10,7 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -34,8 +37,15 @@ public:
             return;
         }
         auto started = std::chrono::steady_clock::now();
+        const pid_t parent = getpid();
         m_Pid = fork();
         if (m_Pid == 0) {
+            // Killed when the thread that started it ends; the tests start it from the thread
+            // that runs them. A parent gone before this line is caught by the check after it.
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            if (getppid() != parent) {
+                _exit(127);
+            }
             dup2(out[1], STDOUT_FILENO);
             close(out[0]);
             close(out[1]);
@@ -81,6 +91,7 @@ public:
     int HttpsPort() const { return m_Https; }
     int HttpPort() const { return m_Http; }
     double StartMs() const { return m_StartMs; }
+    pid_t Pid() const { return m_Pid; }
     std::string CaFile() const { return m_Dir + "/ca.pem"; }
     std::string Endpoint(const char* service) const {
         return "https://127.0.0.1:" + std::to_string(m_Https) + "/api/" + service;

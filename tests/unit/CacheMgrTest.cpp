@@ -243,6 +243,34 @@ TEST(CacheEviction, AnOverflowingShareResetsResponsesAndUserDataTogether) {
     EXPECT_EQ(rows, 1u);
 }
 
+// A share filled exactly to its limit is kept; only a byte more overflows it.
+TEST(CacheEviction, ASharesFilledExactlyToItsLimitIsKept) {
+    CacheMgr cache;
+    // 100 bytes: Service 15, BoxArt 70, Userdata 15.
+    ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::Memory, kAll, 100, "")), 0);
+    auto rows = [&cache](const std::string& table) {
+        unsigned n = 99;
+        EXPECT_EQ(cache.ExecuteSQL(("SELECT COUNT(*) FROM " + table).c_str(), n), 0);
+        return n;
+    };
+    const LMString fifteen(std::string(15, 'x').c_str());
+    ASSERT_EQ(cache.SetUserData("u", "1", fifteen), 1);
+    ASSERT_EQ(cache.SetUserData("u", "2", "y"), 1);
+    EXPECT_EQ(rows("Userdata"), 2u);
+    ASSERT_EQ(cache.SetServiceData("s", "1", fifteen), 1);
+    ASSERT_EQ(cache.SetServiceData("s", "2", "y"), 1);
+    EXPECT_EQ(rows("Service"), 2u);
+    ASSERT_EQ(cache.SetServiceData("s", "3", "z"), 1);  // 16 > 15: both tables reset first
+    EXPECT_EQ(rows("Service"), 1u);
+    EXPECT_EQ(rows("Userdata"), 0u);
+
+    ASSERT_EQ(cache.SetBoxArt("a", 0, 70, "", false, "x"), 1);
+    ASSERT_EQ(cache.SetBoxArt("b", 0, 1, "", false, "x"), 1);
+    EXPECT_EQ(rows("BoxArt"), 2u);
+    ASSERT_EQ(cache.SetBoxArt("c", 0, 1, "", false, "x"), 1);  // 71 > 70: the oldest go
+    EXPECT_EQ(rows("BoxArt"), 1u);
+}
+
 TEST(CacheEviction, ABatchTakesTheTenOldestRowsWithEverySizeClassAndFileOfTheirPrefixes) {
     TempDir dir;
     const std::string path = dir / "cache.db";
