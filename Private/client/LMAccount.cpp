@@ -280,7 +280,6 @@ LM_WS_Status LM_WS_checkTitleInWishlist(LM_WS_Handle* handle, int32_t titleID,
         *inWishlist = flag ? 1 : 0;
         return LM_WS_OK;
     }
-    int code = 0;
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
     int rc = ValueCall<_LM1__getTitleListingResponse>(
         proxy, "getTitleListing",
@@ -292,19 +291,20 @@ LM_WS_Status LM_WS_checkTitleInWishlist(LM_WS_Handle* handle, int32_t titleID,
         [&](const _LM1__getTitleListingResponse& response) {
             const LM1__TitleListingResponse* answer = response.getTitleListingResult;
             if (answer == nullptr) {
-                code = -1;  // no answer: nothing to tell, nothing to remember
-                return;
+                return;  // no answer: nothing to tell, nothing to remember
             }
-            code = answer->ResponseCode;
             *inWishlist = answer->IsAvailInUserWishList ? 1 : 0;
-            if (code == 0) {
+            // Only a flag the service vouched for (response code 0) is remembered.
+            if (answer->ResponseCode == 0) {
                 if (CacheMgr* cache = UserDataCache(*client)) {
                     cache->SetWishlistFlag(titleID, *inWishlist != 0);
                 }
             }
         });
     LogResult("LM_WS_checkTitleInWishlist", *inWishlist);
-    return LMUtilities::MakeStatus(rc, code, nullptr);
+    // Like the other flag checks, the status is the exchange's alone: a response code is not a
+    // failure of the question "is it in the wishlist", whose answer is in the flag.
+    return LMUtilities::MakeStatus(rc, 0, nullptr);
 }
 
 LM_WS_Status LM_WS_checkTitlesInWishlist(LM_WS_Handle* handle, const int32_t* titleIDs,

@@ -186,6 +186,27 @@ TEST_F(LMWSAccount, RefusedRequestsKeepTheClientAsItWas) {
     EXPECT_EQ(Token(), token);
 }
 
+// A response code does not fail the wishlist check: the flag comes from the answer with status 0,
+// but it is not remembered, since the service did not vouch for it.
+TEST_F(LMWSAccount, AWishlistCheckAnsweredWithAResponseCodeGivesTheFlagAndKeepsNothing) {
+    Record<LM_WS_AuthorizeDeviceResponse> device;
+    ASSERT_EQ(LM_WS_authorizeDevice(H(), kActivationPin, &device), LM_WS_OK);
+    int32_t title = 0, sku = 0, profile = 0;
+    PickTitle(title, sku, profile);
+    Record<LM_WS_StandardResponse> added;
+    ASSERT_EQ(LM_WS_addItemToWishlist(H(), title, &added), LM_WS_OK);
+    ASSERT_EQ(LM_WS_updateLocalCache(H(), LM_WS_CacheParam::UserData), LM_WS_OK);  // flag gone
+
+    ASSERT_TRUE(m_Sim.ArmFault("response-code", "7"));
+    uint8_t inWishlist = 0;
+    EXPECT_EQ(LM_WS_checkTitleInWishlist(H(), title, &inWishlist), LM_WS_OK);
+    EXPECT_EQ(inWishlist, 1);
+    // The next check asks the service again, and meets the failure armed for it.
+    ASSERT_TRUE(m_Sim.ArmFault("http-status", "500"));
+    EXPECT_EQ(LM_WS_checkTitleInWishlist(H(), title, &inWishlist), LM_WS_HTTP_BASE - 500);
+    EXPECT_EQ(inWishlist, 0);
+}
+
 TEST_F(LMWSAccount, TheAdultPinGoesOutAsFourDigitsAndNeverIntoTheLog) {
     Record<LM_WS_AuthorizeDeviceResponse> device;
     ASSERT_EQ(LM_WS_authorizeDevice(H(), kActivationPin, &device), LM_WS_OK);

@@ -170,6 +170,51 @@ TEST(Lmsim, FaultSwitchesReachTheClient) {
     ASSERT_NE(response.getTitleListingResult, nullptr);
     EXPECT_EQ(response.getTitleListingResult->ResponseCode, 1);
     stream.destroy();
+
+    // A known title answered as if the service had refused it, once.
+    ASSERT_TRUE(sim.ArmFault("response-code", "7"));
+    request.TitleID = 100016;
+    ASSERT_EQ(stream.getTitleListing(&request, response), SOAP_OK);
+    ASSERT_NE(response.getTitleListingResult, nullptr);
+    EXPECT_EQ(response.getTitleListingResult->ResponseCode, 7);
+    stream.destroy();
+    ASSERT_EQ(stream.getTitleListing(&request, response), SOAP_OK);
+    EXPECT_EQ(response.getTitleListingResult->ResponseCode, 0);
+    stream.destroy();
+    EXPECT_FALSE(sim.ArmFault("response-code", "10")) << "one digit only";
+}
+
+// A test that dies without stopping its simulator (a crash, SIGKILL) takes the simulator along.
+TEST(Lmsim, EndsWhenTheTestProcessThatStartedItDies) {
+    int pipeFds[2];
+    ASSERT_EQ(pipe(pipeFds), 0);
+    const pid_t test = fork();
+    if (test == 0) {
+        close(pipeFds[0]);
+        LmsimProcess sim;
+        const pid_t pid = sim.Ready() ? sim.Pid() : 0;
+        (void)!write(pipeFds[1], &pid, sizeof pid);
+        raise(SIGKILL);  // no destructor runs
+    }
+    close(pipeFds[1]);
+    pid_t sim = 0;
+    (void)!read(pipeFds[0], &sim, sizeof sim);
+    close(pipeFds[0]);
+    waitpid(test, nullptr, 0);
+    ASSERT_GT(sim, 0);
+    // Gone, or a zombie waiting for whoever adopted it.
+    auto alive = [sim] {
+        std::ifstream stat("/proc/" + std::to_string(sim) + "/stat");
+        std::string pid, name, state;
+        return stat >> pid >> name >> state && state != "Z";
+    };
+    for (int i = 0; i < 50 && alive(); ++i) {
+        usleep(100 * 1000);
+    }
+    EXPECT_FALSE(alive());
+    if (alive()) {
+        kill(sim, SIGKILL);
+    }
 }
 
 // ---- Every call method of every proxy, against the simulator ----

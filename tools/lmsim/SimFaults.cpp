@@ -30,7 +30,8 @@ bool SimFaults::Parse(const std::string& name, FaultKind& kind) {
                   {"close-mid-body", FaultKind::CloseMidBody},
                   {"http-status", FaultKind::HttpStatus},
                   {"malformed-xml", FaultKind::MalformedXml},
-                  {"bad-content-length", FaultKind::BadContentLength}};
+                  {"bad-content-length", FaultKind::BadContentLength},
+                  {"response-code", FaultKind::ResponseCode}};
     for (const auto& n : kNames) {
         if (name == n.name) {
             kind = n.kind;
@@ -55,6 +56,10 @@ bool SimFaults::ParseFault(const std::string& text, Fault& fault) {
         fault.value = static_cast<int>(value);
     }
     if (fault.kind == FaultKind::HttpStatus && (fault.value < 100 || fault.value > 599)) {
+        return false;
+    }
+    // One digit, so that the answer keeps its length.
+    if (fault.kind == FaultKind::ResponseCode && (fault.value < 1 || fault.value > 9)) {
         return false;
     }
     return true;

@@ -16,6 +16,7 @@ enum class FaultKind {
     HttpStatus,        // answer with HTTP status `value` and no body
     MalformedXml,      // corrupt the XML of a SOAP answer
     BadContentLength,  // announce more body bytes than are sent, then close
+    ResponseCode,      // a SOAP answer's first ResponseCode 0 becomes `value` (1 to 9)
 };
 
 struct Fault {
@@ -30,7 +31,8 @@ public:
     // The fault for the answer about to be sent (None when nothing is armed); uses one count.
     Fault Take();
 
-    // "delay", "close-mid-body", "http-status", "malformed-xml", "bad-content-length", "none".
+    // "delay", "close-mid-body", "http-status", "malformed-xml", "bad-content-length",
+    // "response-code", "none".
     static bool Parse(const std::string& name, FaultKind& kind);
     // "KIND" or "KIND:VALUE" as given on the command line.
     static bool ParseFault(const std::string& text, Fault& fault);
