@@ -382,32 +382,32 @@ LM_WS_Status LM_WS_checkForPurchasedTitle(LM_WS_Handle* handle, int32_t titleID,
     if (client == nullptr) {
         return LM_WS_INVALID_ARGUMENT;
     }
-    int rc;
-    if (client->m_Params.AccessType == 1) {
-        DownloadAPI& proxy = client->m_DownloadAPI;
-        rc = ValueCall<_LM1__checkForPurchasedTitleResponse>(
-            proxy, "checkForPurchasedTitle",
-            [&](_LM1__checkForPurchasedTitleResponse& response) {
-                _LM1__checkForPurchasedTitle request;
-                request.TitleID = titleID;
-                return proxy.checkForPurchasedTitle(&request, response);
-            },
-            [&](const _LM1__checkForPurchasedTitleResponse& response) {
-                *purchased = response.checkForPurchasedTitleResult ? 1 : 0;
-            });
-    } else {
-        StreamAPI& proxy = client->m_StreamAPI;
-        rc = ValueCall<_LM1__checkForPurchasedStreamByTitleIDResponse>(
-            proxy, "checkForPurchasedStreamByTitleID",
-            [&](_LM1__checkForPurchasedStreamByTitleIDResponse& response) {
-                _LM1__checkForPurchasedStreamByTitleID request;
-                request.TitleID = titleID;
-                return proxy.checkForPurchasedStreamByTitleID(&request, response);
-            },
-            [&](const _LM1__checkForPurchasedStreamByTitleIDResponse& response) {
-                *purchased = response.checkForPurchasedStreamByTitleIDResult ? 1 : 0;
-            });
-    }
+    // The two services name this question differently.
+    int rc = OnFacade(*client, [&](auto& proxy) {
+        if constexpr (StreamDownloadAPI::IsDownloadAPI<decltype(proxy)>) {
+            return ValueCall<_LM1__checkForPurchasedTitleResponse>(
+                proxy, "checkForPurchasedTitle",
+                [&](_LM1__checkForPurchasedTitleResponse& response) {
+                    _LM1__checkForPurchasedTitle request;
+                    request.TitleID = titleID;
+                    return proxy.checkForPurchasedTitle(&request, response);
+                },
+                [&](const _LM1__checkForPurchasedTitleResponse& response) {
+                    *purchased = response.checkForPurchasedTitleResult ? 1 : 0;
+                });
+        } else {
+            return ValueCall<_LM1__checkForPurchasedStreamByTitleIDResponse>(
+                proxy, "checkForPurchasedStreamByTitleID",
+                [&](_LM1__checkForPurchasedStreamByTitleIDResponse& response) {
+                    _LM1__checkForPurchasedStreamByTitleID request;
+                    request.TitleID = titleID;
+                    return proxy.checkForPurchasedStreamByTitleID(&request, response);
+                },
+                [&](const _LM1__checkForPurchasedStreamByTitleIDResponse& response) {
+                    *purchased = response.checkForPurchasedStreamByTitleIDResult ? 1 : 0;
+                });
+        }
+    });
     LogResult("LM_WS_checkForPurchasedTitle", *purchased);
     return LMUtilities::MakeStatus(rc, 0, nullptr);
 }

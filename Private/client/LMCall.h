@@ -181,10 +181,10 @@ int ValueCall(Proxy& proxy, const char* operation, Ask ask, Take take) {
 }
 
 // Runs `f` with the proxy the facade picks for the operations both StreamAPI and DownloadAPI
-// offer: DownloadAPI for access type 1, StreamAPI otherwise.
+// offer (StreamDownloadAPI::Dispatch).
 template <class F>
 LM_WS_Status OnFacade(LMWSClient& client, F f) {
-    return client.m_Params.AccessType == 1 ? f(client.m_DownloadAPI) : f(client.m_StreamAPI);
+    return client.m_StreamDownloadAPI.Dispatch(f);
 }
 
 }  // namespace LMCall

@@ -330,29 +330,30 @@ LM_WS_Status LM_WS_getMyVideos(LM_WS_Handle* handle, LM_WS_Page page, int32_t pu
     };
     const auto convert = &LMUtilities::LM1__GetMyVideosResponse2LM_WS_MyVideosResponse;
 
-    if (client->m_Params.AccessType == 1) {
-        // The download service's list is never cached.
-        DownloadAPI& proxy = client->m_DownloadAPI;
-        const Operation op = {"getMyVideos", "LM_WS_getMyVideos", LogLine::RetAndCode};
-        return Call(*client, proxy, op, nullptr, &_LM1__getMyVideosResponse::getMyVideosResult,
-                    convert, result, [&](_LM1__getMyVideosResponse& response) {
-                        _LM1__getMyVideos request;
-                        fill(request);
-                        return proxy.getMyVideos(&request, response);
-                    });
-    }
-    StreamAPI& proxy = client->m_StreamAPI;
-    const Operation op = {"getMyStreamingVideos", "LM_WS_getMyVideos", LogLine::RetAndCode};
-    CacheSlot slot = UserSlot("getMyVideos");
-    SetKey(slot, "%d,%d,%d,%d,%d", page.CurrentPageNumber, page.ItemsPerPage, purchaseType,
-           titleType, watchStatus);
-    return Call(*client, proxy, op, &slot,
-                &_LM1__getMyStreamingVideosResponse::getMyStreamingVideosResult, convert, result,
-                [&](_LM1__getMyStreamingVideosResponse& response) {
-                    _LM1__getMyStreamingVideos request;
-                    fill(request);
-                    return proxy.getMyStreamingVideos(&request, response);
-                });
+    return OnFacade(*client, [&](auto& proxy) {
+        if constexpr (StreamDownloadAPI::IsDownloadAPI<decltype(proxy)>) {
+            // The download service's list is never cached.
+            const Operation op = {"getMyVideos", "LM_WS_getMyVideos", LogLine::RetAndCode};
+            return Call(*client, proxy, op, nullptr, &_LM1__getMyVideosResponse::getMyVideosResult,
+                        convert, result, [&](_LM1__getMyVideosResponse& response) {
+                            _LM1__getMyVideos request;
+                            fill(request);
+                            return proxy.getMyVideos(&request, response);
+                        });
+        } else {
+            const Operation op = {"getMyStreamingVideos", "LM_WS_getMyVideos", LogLine::RetAndCode};
+            CacheSlot slot = UserSlot("getMyVideos");
+            SetKey(slot, "%d,%d,%d,%d,%d", page.CurrentPageNumber, page.ItemsPerPage, purchaseType,
+                   titleType, watchStatus);
+            return Call(*client, proxy, op, &slot,
+                        &_LM1__getMyStreamingVideosResponse::getMyStreamingVideosResult, convert,
+                        result, [&](_LM1__getMyStreamingVideosResponse& response) {
+                            _LM1__getMyStreamingVideos request;
+                            fill(request);
+                            return proxy.getMyStreamingVideos(&request, response);
+                        });
+        }
+    });
 }
 
 }  // extern "C"

@@ -24,7 +24,8 @@ struct LMWSClient {
     // The token validity the last LM_WS_checkAuthToken saw: user data is dropped when it changes.
     bool m_AuthTokenValid = false;
 
-    LMWSClient() = default;
+    // The facade is usable from the start (with StreamAPI) and follows SetAccessType.
+    LMWSClient() { m_StreamDownloadAPI.Init(&m_StreamAPI, &m_DownloadAPI, m_Params.AccessType); }
     ~LMWSClient() { delete m_CacheMgr; }
     LMWSClient(const LMWSClient&) = delete;
     LMWSClient& operator=(const LMWSClient&) = delete;

@@ -1,7 +1,5 @@
 #include "StreamDownloadAPI.h"
 
-#include "LMAssert.h"
-
 void StreamDownloadAPI::Init(StreamAPI* stapi, DownloadAPI* dlapi, LM_WS_AccessType accessType) {
     LM_ASSERT(stapi != 0);
     LM_ASSERT(dlapi != 0);
@@ -11,28 +9,13 @@ void StreamDownloadAPI::Init(StreamAPI* stapi, DownloadAPI* dlapi, LM_WS_AccessT
 }
 
 int StreamDownloadAPI::SetParams(const LM_WS_SetupParams2* params) {
-    if (UsesDownloadAPI()) {
-        LM_ASSERT(m_DownloadAPI != 0);
-        return m_DownloadAPI->SetParams(params);
-    }
-    LM_ASSERT(m_StreamAPI != 0);
-    return m_StreamAPI->SetParams(params);
+    return Dispatch([params](auto& proxy) { return proxy.SetParams(params); });
 }
 
 int StreamDownloadAPI::Setup(const LMString& operation) {
-    if (UsesDownloadAPI()) {
-        LM_ASSERT(m_DownloadAPI != 0);
-        return m_DownloadAPI->Setup(operation);
-    }
-    LM_ASSERT(m_StreamAPI != 0);
-    return m_StreamAPI->Setup(operation);
+    return Dispatch([&operation](auto& proxy) { return proxy.Setup(operation); });
 }
 
 StreamDownloadAPI::operator soap&() {
-    if (UsesDownloadAPI()) {
-        LM_ASSERT(m_DownloadAPI != 0);
-        return *m_DownloadAPI->soap;
-    }
-    LM_ASSERT(m_StreamAPI != 0);
-    return *m_StreamAPI->soap;
+    return Dispatch([](auto& proxy) -> soap& { return *proxy.soap; });
 }
