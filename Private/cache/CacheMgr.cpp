@@ -8,6 +8,7 @@
 
 #include "LMAssert.h"
 #include "LMBoxArt.h"
+#include "LMCacheNames.h"
 #include "LMFile.h"
 
 namespace {
@@ -23,7 +24,7 @@ const char* const kCreateTables[] = {
     "NULL, Size INTEGER, PRIMARY KEY (Name, Key));",
 };
 
-const char kWishlistFlag[] = "WishlistFlag";
+using LMCacheNames::kWishlistFlag;
 const int kBusyTimeoutMs = 10000;
 
 void BindText(sqlite3_stmt* stmt, int index, const LMString& text) {
@@ -419,10 +420,11 @@ int CacheMgr::ClearUserData(const LMString& name) {
         ok = StepOnce() ? 1 : 0;
     }
     if ((m_CacheData & LM_WS_CacheParam::Service) && (name.empty() || name == kWishlistFlag)) {
-        // These responses carry wishlist state.
-        Exec("DELETE FROM Service WHERE Name = 'getTitleListing';");
-        Exec("DELETE FROM Service WHERE Name = 'getTvEpisodeListing';");
-        Exec("DELETE FROM Service WHERE Name = 'getAllTvEpisodeListings';");
+        for (const char* withWishlistState : LMCacheNames::kWithWishlistState) {
+            const LMString sql =
+                LMString("DELETE FROM Service WHERE Name = '") + withWishlistState + "';";
+            Exec(sql.c_str());
+        }
     }
     Close();
     return ok;

@@ -59,7 +59,7 @@ LM_WS_Status WishlistAction(LM_WS_Handle* handle, const Operation& op,
     }
     auto after = [&](const LM1__WishListActionResponse&) {
         if (CacheMgr* cache = UserDataCache(*client)) {
-            cache->ClearUserData(LMString("getWishlistItems"));
+            cache->ClearUserData(LMString(LMCacheNames::kWishlistItems));
             cached(*cache);
         }
     };
@@ -115,7 +115,7 @@ LM_WS_Status LM_WS_authorizeDevice(LM_WS_Handle* handle, int32_t pin,
             [&](const LM1__AuthorizeDeviceResponse& answer) {
                 client->m_Params.AuthToken =
                     LMString(answer.AuthToken != nullptr ? answer.AuthToken : "");
-                DropUserData(*client, "");
+                DropUserData(*client, LMCacheNames::kAllUserData);
             });
     });
 }
@@ -136,7 +136,7 @@ LM_WS_Status LM_WS_deactivateDevice(LM_WS_Handle* handle, LM_WS_StandardResponse
             },
             [&](const LM1__StandardResponse&) {
                 client->m_Params.AuthToken = LMString("");
-                DropUserData(*client, "");
+                DropUserData(*client, LMCacheNames::kAllUserData);
             });
     });
 }
@@ -166,7 +166,7 @@ LM_WS_Status LM_WS_checkAuthToken(LM_WS_Handle* handle, uint8_t* valid) {
     if (rc == SOAP_OK && UserDataCache(*client) != nullptr &&
         (*valid != 0) != client->m_AuthTokenValid) {
         client->m_AuthTokenValid = *valid != 0;
-        DropUserData(*client, "");
+        DropUserData(*client, LMCacheNames::kAllUserData);
     }
     LogResult("LM_WS_checkAuthToken", *valid);
     return LMUtilities::MakeStatus(rc, 0, nullptr);
@@ -196,7 +196,7 @@ LM_WS_Status LM_WS_doPurchaseSavedBilling(LM_WS_Handle* handle, int32_t skuID,
             [&](const LM1__PurchaseResponse&) {
                 // A bought title leaves the wishlist on the service's side.
                 if (CacheMgr* cache = UserDataCache(*client)) {
-                    cache->ClearUserData(LMString("getWishlistItems"));
+                    cache->ClearUserData(LMString(LMCacheNames::kWishlistItems));
                     cache->ClearWishlistFlags();
                 }
             });
@@ -210,7 +210,7 @@ LM_WS_Status LM_WS_getWishlistItems(LM_WS_Handle* handle, int32_t sortOrder, LM_
         return LM_WS_INVALID_ARGUMENT;
     }
     const Operation op = {"getWishlistItems", "LM_WS_getWishlistItems", LogLine::RetAndCode};
-    CacheSlot slot = UserSlot("getWishlistItems");
+    CacheSlot slot = UserSlot(LMCacheNames::kWishlistItems);
     SetKey(slot, "%d,%d,%d,%d", sortOrder, page.CurrentPageNumber, page.ItemsPerPage, titleType);
     return OnFacade(*client, [&](auto& proxy) {
         return Call(*client, proxy, op, &slot,
@@ -531,7 +531,8 @@ LM_WS_Status LM_WS_getEmailAddress(LM_WS_Handle* handle, LM_WS_EmailAddressRespo
         return LM_WS_INVALID_ARGUMENT;
     }
     const Operation op = {"getEmailAddress", "LM_WS_getEmailAddress", LogLine::RetAndCode};
-    CacheSlot slot = UserSlot("getEmailAddress");  // one answer per account: no argument text
+    CacheSlot slot =
+        UserSlot(LMCacheNames::kEmailAddress);  // one answer per account: no argument text
     return OnFacade(*client, [&](auto& proxy) {
         return Call(*client, proxy, op, &slot,
                     &_LM1__getEmailAddressResponse::getEmailAddressResult,
@@ -549,7 +550,7 @@ LM_WS_Status LM_WS_getBillingInfo(LM_WS_Handle* handle, LM_WS_BillingInfoRespons
         return LM_WS_INVALID_ARGUMENT;
     }
     const Operation op = {"getBillingInfo", "LM_WS_getBillingInfo", LogLine::RetAndCode, true};
-    CacheSlot slot = UserSlot("getBillingInfo");
+    CacheSlot slot = UserSlot(LMCacheNames::kBillingInfo);
     return OnFacade(*client, [&](auto& proxy) {
         return Call(*client, proxy, op, &slot, &_LM1__getBillingInfoResponse::getBillingInfoResult,
                     &LMUtilities::LM1__BillingInfoResponse2LM_WS_BillingInfoResponse, result,
@@ -566,7 +567,7 @@ LM_WS_Status LM_WS_getSettingsPageInfo(LM_WS_Handle* handle, LM_WS_SettingsPageI
         return LM_WS_INVALID_ARGUMENT;
     }
     const Operation op = {"getSettingsPageInfo", "LM_WS_getSettingsPageInfo", LogLine::RetAndCode};
-    CacheSlot slot = UserSlot("getSettingsPageInfo");
+    CacheSlot slot = UserSlot(LMCacheNames::kSettingsPageInfo);
     return OnFacade(*client, [&](auto& proxy) {
         return Call(*client, proxy, op, &slot,
                     &_LM1__getSettingsPageInfoResponse::getSettingsPageInfoResult,

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "LMCacheNames.h"
 #include "LMLog.h"
 #include "LMUtilities.h"
 #include "LMWSClient.h"

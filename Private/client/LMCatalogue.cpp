@@ -48,7 +48,7 @@ LM_WS_Status ById(LMWSClient& client, Proxy& proxy, const Operation& op, const c
 
 // searchForTitle and searchForTitleDetail: the same request and answer under two names.
 template <class Request, class Response>
-LM_WS_Status Search(LM_WS_Handle* handle, const Operation& op,
+LM_WS_Status Search(LM_WS_Handle* handle, const Operation& op, const char* cacheName,
                     int (RealTimeBrowse::*method)(Request*, Response&),
                     LM1__GetTitlesResponse* Response::*result, LM_WS_Page page,
                     int32_t purchaseType, int32_t titleType, const char* query,
@@ -58,7 +58,7 @@ LM_WS_Status Search(LM_WS_Handle* handle, const Operation& op,
         return LM_WS_INVALID_ARGUMENT;
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
-    CacheSlot slot = ServiceSlot(op.Service);
+    CacheSlot slot = ServiceSlot(cacheName);
     SetKey(slot, "%d,%d,%d,%d,%s", page.CurrentPageNumber, page.ItemsPerPage, purchaseType,
            titleType, TextOrEmpty(query));
     return Call(*client, proxy, op, &slot, result,
@@ -85,7 +85,8 @@ LM_WS_Status LM_WS_getNavigation(LM_WS_Handle* handle, LM_WS_Navigation* result)
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
     const Operation op = {"getNavigation", "LM_WS_getNavigation", LogLine::Ret};
-    CacheSlot slot = ServiceSlot("getNavigation");  // one tree: the argument text stays empty
+    CacheSlot slot =
+        ServiceSlot(LMCacheNames::kNavigation);  // one tree: the argument text stays empty
     return Call(*client, proxy, op, &slot, &_LM1__getNavigationResponse::getNavigationResult,
                 &LMUtilities::LM1__GenreRequest2LM_WS_Navigation, result,
                 [&](_LM1__getNavigationResponse& response) {
@@ -119,7 +120,7 @@ LM_WS_Status LM_WS_getTitles(LM_WS_Handle* handle, int32_t genreID, LM_WS_Page p
     }
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
     const Operation op = {"getTitlesByNavigation", "LM_WS_getTitles", LogLine::RetAndCode};
-    CacheSlot slot = ServiceSlot("getTitles");
+    CacheSlot slot = ServiceSlot(LMCacheNames::kTitles);
     SetKey(slot, "%d,%d,%d,%d", genreID, page.CurrentPageNumber, page.ItemsPerPage, purchaseType);
     return Call(*client, proxy, op, &slot,
                 &_LM1__getTitlesByNavigationResponse::getTitlesByNavigationResult,
@@ -168,7 +169,7 @@ LM_WS_Status LM_WS_getTitleListing(LM_WS_Handle* handle, int32_t titleID,
         return LM_WS_INVALID_ARGUMENT;
     }
     const Operation op = {"getTitleListing", "LM_WS_getTitleListing", LogLine::RetAndCode};
-    return ById(*client, client->m_RealTimeBrowse, op, "getTitleListing",
+    return ById(*client, client->m_RealTimeBrowse, op, LMCacheNames::kTitleListing,
                 &RealTimeBrowse::getTitleListing, &_LM1__getTitleListing::TitleID, titleID,
                 &_LM1__getTitleListingResponse::getTitleListingResult,
                 &LMUtilities::LM1__TitleListingResponse2LM_WS_TitleListingResponse, result);
@@ -181,7 +182,7 @@ LM_WS_Status LM_WS_getTvEpisodeListing(LM_WS_Handle* handle, int32_t episodeID,
         return LM_WS_INVALID_ARGUMENT;
     }
     const Operation op = {"getTvEpisodeListing", "LM_WS_getTvEpisodeListing", LogLine::RetAndCode};
-    return ById(*client, client->m_RealTimeBrowse, op, "getTvEpisodeListing",
+    return ById(*client, client->m_RealTimeBrowse, op, LMCacheNames::kTvEpisodeListing,
                 &RealTimeBrowse::getTvEpisodeListing, &_LM1__getTvEpisodeListing::EpisodeID,
                 episodeID, &_LM1__getTvEpisodeListingResponse::getTvEpisodeListingResult,
                 &LMUtilities::LM1__TitleListingResponse2LM_WS_TitleListingResponse, result);
@@ -195,7 +196,7 @@ LM_WS_Status LM_WS_getTvEpisodeListByTitleID(LM_WS_Handle* handle, int32_t title
     }
     const Operation op = {"getTvEpisodeListByTitleID", "LM_WS_getTvEpisodeListByTitleID",
                           LogLine::RetAndCode};
-    return ById(*client, client->m_RealTimeBrowse, op, "getTvEpisodeListByTitleID",
+    return ById(*client, client->m_RealTimeBrowse, op, LMCacheNames::kTvEpisodeListByTitleID,
                 &RealTimeBrowse::getTvEpisodeListByTitleID,
                 &_LM1__getTvEpisodeListByTitleID::TitleID, titleID,
                 &_LM1__getTvEpisodeListByTitleIDResponse::getTvEpisodeListByTitleIDResult,
@@ -210,7 +211,7 @@ LM_WS_Status LM_WS_getAllTvEpisodeListings(LM_WS_Handle* handle, int32_t titleID
     }
     const Operation op = {"getAllTvEpisodeListings", "LM_WS_getAllTvEpisodeListings",
                           LogLine::RetAndCode};
-    return ById(*client, client->m_RealTimeBrowse, op, "getAllTvEpisodeListings",
+    return ById(*client, client->m_RealTimeBrowse, op, LMCacheNames::kAllTvEpisodeListings,
                 &RealTimeBrowse::getAllTvEpisodeListings, &_LM1__getAllTvEpisodeListings::TitleID,
                 titleID, &_LM1__getAllTvEpisodeListingsResponse::getAllTvEpisodeListingsResult,
                 &LMUtilities::LM1__ArrayOfTitleListingResponse2LM_WS_TitleListingResponses, result);
@@ -225,7 +226,7 @@ LM_WS_Status LM_WS_translateRecboxExternalID(LM_WS_Handle* handle, const char* e
     RealTimeBrowse& proxy = client->m_RealTimeBrowse;
     const Operation op = {"translateRecboxExternalId", "LM_WS_translateRecboxExternalID",
                           LogLine::RetAndCode};
-    CacheSlot slot = ServiceSlot("translateRecboxExternalId");
+    CacheSlot slot = ServiceSlot(LMCacheNames::kTranslateRecboxExternalId);
     SetKey(slot, "%s", TextOrEmpty(externalID));
     return Call(*client, proxy, op, &slot,
                 &_LM1__translateRecboxExternalIdResponse::translateRecboxExternalIdResult,
@@ -245,7 +246,7 @@ LM_WS_Status LM_WS_translateSkuID(LM_WS_Handle* handle, int32_t skuID,
         return LM_WS_INVALID_ARGUMENT;
     }
     const Operation op = {"translateSkuId", "LM_WS_translateSkuID", LogLine::RetAndCode};
-    return ById(*client, client->m_RealTimeBrowse, op, "translateSkuId",
+    return ById(*client, client->m_RealTimeBrowse, op, LMCacheNames::kTranslateSkuId,
                 &RealTimeBrowse::translateSkuId, &_LM1__translateSkuId::SkuId, skuID,
                 &_LM1__translateSkuIdResponse::translateSkuIdResult,
                 &LMUtilities::LM1__TranslateSkuIdResponse2LM_WS_TranslateSkuIDResponse, result);
@@ -256,7 +257,7 @@ LM_WS_Status LM_WS_searchForTitle(LM_WS_Handle* handle, LM_WS_Page page, int32_t
                                   LM_WS_TitlesResponse* result) {
     const Operation op = {"searchForTitle", "LM_WS_searchForTitle", LogLine::RetAndCode};
     return Search<_LM1__searchForTitle, _LM1__searchForTitleResponse>(
-        handle, op, &RealTimeBrowse::searchForTitle,
+        handle, op, LMCacheNames::kSearchForTitle, &RealTimeBrowse::searchForTitle,
         &_LM1__searchForTitleResponse::searchForTitleResult, page, purchaseType, titleType, query,
         result);
 }
@@ -267,7 +268,7 @@ LM_WS_Status LM_WS_searchForTitleDetail(LM_WS_Handle* handle, LM_WS_Page page, i
     const Operation op = {"searchForTitleDetail", "LM_WS_searchForTitleDetail",
                           LogLine::RetAndCode};
     return Search<_LM1__searchForTitleDetail, _LM1__searchForTitleDetailResponse>(
-        handle, op, &RealTimeBrowse::searchForTitleDetail,
+        handle, op, LMCacheNames::kSearchForTitleDetail, &RealTimeBrowse::searchForTitleDetail,
         &_LM1__searchForTitleDetailResponse::searchForTitleDetailResult, page, purchaseType,
         titleType, query, result);
 }
@@ -306,7 +307,7 @@ LM_WS_Status LM_WS_getRecommendedTitles(LM_WS_Handle* handle, int32_t titleID,
     }
     const Operation op = {"getRecommendedTitles", "LM_WS_getRecommendedTitles",
                           LogLine::RetAndCode};
-    return ById(*client, client->m_RealTimeBrowse, op, "getRecommendedTitles",
+    return ById(*client, client->m_RealTimeBrowse, op, LMCacheNames::kRecommendedTitles,
                 &RealTimeBrowse::getRecommendedTitles, &_LM1__getRecommendedTitles::TitleId,
                 titleID, &_LM1__getRecommendedTitlesResponse::getRecommendedTitlesResult,
                 &LMUtilities::LM1__RecommendedTitlesResponse2LM_WS_RecommendedTitlesResponse,
@@ -342,7 +343,7 @@ LM_WS_Status LM_WS_getMyVideos(LM_WS_Handle* handle, LM_WS_Page page, int32_t pu
                         });
         } else {
             const Operation op = {"getMyStreamingVideos", "LM_WS_getMyVideos", LogLine::RetAndCode};
-            CacheSlot slot = UserSlot("getMyVideos");
+            CacheSlot slot = UserSlot(LMCacheNames::kMyVideos);
             SetKey(slot, "%d,%d,%d,%d,%d", page.CurrentPageNumber, page.ItemsPerPage, purchaseType,
                    titleType, watchStatus);
             return Call(*client, proxy, op, &slot,

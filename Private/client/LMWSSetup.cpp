@@ -216,7 +216,7 @@ void LMWSClient::RefreshCache(uint32_t mask, LM_WS_Handle* handle) {
         m_CacheMgr->InvalidateBoxArt();
     }
     if (bits & LM_WS_CacheParam::UserData) {
-        m_CacheMgr->ClearUserData(LMString(""));
+        m_CacheMgr->ClearUserData(LMString(LMCacheNames::kAllUserData));
     }
 }
 
