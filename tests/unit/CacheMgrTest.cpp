@@ -93,30 +93,6 @@ TEST(CacheOpen, NoCacheTouchesNothingAndBadFilesFailInit) {
     EXPECT_EQ(bad.Init(Param(7, kAll, 1000, path)), SQLITE_MISUSE);
 }
 
-TEST(CacheSchema, TheFileHoldsTheFourTablesVerbatim) {
-    TempDir dir;
-    const std::string path = dir / "cache.db";
-    CacheMgr cache;
-    ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 1000, path)), 0);
-    FILE* p = popen(("sqlite3 " + path + " .schema").c_str(), "r");
-    ASSERT_NE(p, nullptr);
-    std::string schema;
-    char buf[512];
-    while (fgets(buf, sizeof(buf), p) != nullptr) {
-        schema += buf;
-    }
-    ASSERT_EQ(pclose(p), 0);
-    EXPECT_EQ(schema,
-              "CREATE TABLE Service (Name TEXT NOT NULL, Key TEXT NOT NULL, Value TEXT NOT NULL, "
-              "Size INTEGER, PRIMARY KEY (Name, Key));\n"
-              "CREATE TABLE BoxArt (Prefix TEXT NOT NULL, Dim INTEGER NOT NULL, Size INTEGER, "
-              "LastModified TEXT, NeedUpdate INTEGER NOT NULL, TS DATETIME DEFAULT "
-              "CURRENT_TIMESTAMP, Data BLOB, PRIMARY KEY (Prefix, Dim));\n"
-              "CREATE TABLE Cache (ID INTEGER, LastLoadTime TEXT NOT NULL, PRIMARY KEY (ID));\n"
-              "CREATE TABLE Userdata (Name TEXT NOT NULL, Key TEXT NOT NULL, Value TEXT NOT NULL, "
-              "Size INTEGER, PRIMARY KEY (Name, Key));\n");
-}
-
 class CacheFile : public ::testing::Test {
 protected:
     void SetUp() override {
