@@ -27,8 +27,8 @@ struct CacheSlot {
     int (CacheInterface::*Set)(const LMString&, const LMString&, const LMString&);
     const char* Name;
     uint32_t Bit;
-    char Key[256];
-    bool KeyFits;
+    char Key[256] = {0};
+    bool KeyFits = true;
 };
 
 // Formats the argument text. A text that does not fit the key buffer would be cut and could
@@ -44,23 +44,13 @@ inline void SetKey(CacheSlot& slot, const char* format, ...) {
 }
 
 inline CacheSlot ServiceSlot(const char* name) {
-    CacheSlot slot{&CacheInterface::GetServiceData,
-                   &CacheInterface::SetServiceData,
-                   name,
-                   LM_WS_CacheParam::Service,
-                   {0},
-                   true};
-    return slot;
+    return {&CacheInterface::GetServiceData, &CacheInterface::SetServiceData, name,
+            LM_WS_CacheParam::Service};
 }
 
 inline CacheSlot UserSlot(const char* name) {
-    CacheSlot slot{&CacheInterface::GetUserData,
-                   &CacheInterface::SetUserData,
-                   name,
-                   LM_WS_CacheParam::UserData,
-                   {0},
-                   true};
-    return slot;
+    return {&CacheInterface::GetUserData, &CacheInterface::SetUserData, name,
+            LM_WS_CacheParam::UserData};
 }
 
 // The line an operation logs after its call.
