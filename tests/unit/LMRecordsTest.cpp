@@ -2,9 +2,17 @@
 // these tests also prove that release frees everything conversion allocated.
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdlib>
 #include <cstring>
+#include <set>
 #include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
+#include "FilledRecord.h"
+#include "LMRecordFields.h"
 #include "LMUtilities.h"
 #include "LM_WS_Records.h"
 #include "soapH.h"
@@ -526,6 +534,185 @@ TEST(Release, InitialisedButUnfilledRecordsOfEveryKindRelease) {
         LM_WS_FreeResult(&rec);
         EXPECT_EQ(nullptr, rec.titles.Type) << type;
     }
+}
+
+// Runs `test` with an As<R> for the record R that `kind` names; fails when no record has it.
+template <class Test>
+void ForRecordOfKind(LM_WS_ResultType kind, Test test) {
+    EXPECT_TRUE(LMRecordFields::WithKind(kind, test)) << "no record of kind " << kind;
+}
+
+template <class R>
+bool AllZero(const R& record) {
+    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(&record);
+    for (size_t i = 0; i < sizeof record; ++i) {
+        if (bytes[i] != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+TEST(Release, EveryMemberOfAFullyPopulatedRecordIsReleased) {
+    // Under the leak checker a member the release misses fails this test.
+    for (LM_WS_ResultType kind : kAllTypes) {
+        ForRecordOfKind(kind, [kind](auto as) {
+            typename decltype(as)::Record rec;
+            std::memset(&rec, 0xA5, sizeof rec);
+            LM_WS_InitResult(&rec, kind);
+            FillRecord(rec);
+            LM_WS_FreeResult(&rec);
+            EXPECT_TRUE(AllZero(rec)) << kind;
+        });
+    }
+}
+
+TEST(Release, NegativeCountsAndNullArraysAreEmptyLists) {
+    // Garbage elements behind a negative count must not be looked at, only their storage freed.
+    LM_WS_TitlesResponseArray pages;
+    LM_WS_InitResult(&pages, LM_WS_ResultTitlesArray);
+    pages.Count = -2;
+    pages.Array = static_cast<LM_WS_TitlesResponse*>(std::malloc(2 * sizeof(LM_WS_TitlesResponse)));
+    std::memset(pages.Array, 0xA5, 2 * sizeof(LM_WS_TitlesResponse));
+    LM_WS_FreeResult(&pages);
+
+    LM_WS_Navigation nav;
+    LM_WS_InitResult(&nav, LM_WS_ResultNavigation);
+    nav.Genres.Count = 3;  // and no array
+    LM_WS_FreeResult(&nav);
+
+    LM_WS_TitleListing title;
+    LM_WS_InitResult(&title, LM_WS_ResultTitleListing);
+    title.AvailableProducts.Count = 1;
+    title.AvailableProducts.Array =
+        static_cast<LM_WS_ProductListing*>(std::calloc(1, sizeof(LM_WS_ProductListing)));
+    LM_WS_ProductListing& product = title.AvailableProducts.Array[0];
+    product.AvailableAssets.Count = 4;  // and no array
+    product.AvailableAudioProfiles.Count = -1;
+    product.AvailableAudioProfiles.Array =
+        static_cast<LM_WS_AudioFile*>(std::malloc(sizeof(LM_WS_AudioFile)));
+    std::memset(product.AvailableAudioProfiles.Array, 0xA5, sizeof(LM_WS_AudioFile));
+    title.BonusAssets.Count = -7;
+    LM_WS_FreeResult(&title);
+    EXPECT_EQ(nullptr, title.Type);
+}
+
+TEST(Init, TaggedPartsEmbeddedInARecordGetTheirTags) {
+    struct Part {
+        LM_WS_ResultType record;
+        size_t offset;
+        LM_WS_ResultType part;
+    };
+    const Part parts[] = {
+        {LM_WS_ResultNavigation, offsetof(LM_WS_Navigation, Genres), LM_WS_ResultGenreArray},
+        {LM_WS_ResultTitleListingResponse, offsetof(LM_WS_TitleListingResponse, TitleListing),
+         LM_WS_ResultTitleListing},
+        {LM_WS_ResultTitleListingResponses,
+         offsetof(LM_WS_TitleListingResponses, TitleListingResponses),
+         LM_WS_ResultTitleListingResponseArray},
+        {LM_WS_ResultTitles, offsetof(LM_WS_TitlesResponse, Titles), LM_WS_ResultTitleListingArray},
+        {LM_WS_ResultRecommendedTitles, offsetof(LM_WS_RecommendedTitlesResponse, Titles),
+         LM_WS_ResultTitleListingArray},
+        {LM_WS_ResultTvEpisodeList, offsetof(LM_WS_TvEpisodeList, Episodes),
+         LM_WS_ResultTvEpisodeArray},
+        {LM_WS_ResultMyVideos, offsetof(LM_WS_MyVideosResponse, Titles),
+         LM_WS_ResultTitleListingPurchasedArray},
+        {LM_WS_ResultWishlistItems, offsetof(LM_WS_WishlistItemsResponse, Titles),
+         LM_WS_ResultTitleListingPurchasedArray},
+        {LM_WS_ResultBillingInfoAndPPCBalance,
+         offsetof(LM_WS_BillingInfoAndPPCBalanceResponse, BillingInfo), LM_WS_ResultBillingInfo},
+        {LM_WS_ResultBillingInfoAndPPCBalance,
+         offsetof(LM_WS_BillingInfoAndPPCBalanceResponse, PPCardBalance),
+         LM_WS_ResultPPCardBalance},
+    };
+    for (const Part& p : parts) {
+        AnyRecord rec;
+        std::memset(&rec, 0xA5, sizeof rec);
+        LM_WS_InitResult(&rec, p.record);
+        int32_t* tag;
+        std::memcpy(&tag, rec.bytes + p.offset, sizeof tag);
+        ASSERT_NE(nullptr, tag) << p.record << " at " << p.offset;
+        EXPECT_EQ(p.part, *tag) << p.record << " at " << p.offset;
+        LM_WS_FreeResult(&rec);
+    }
+}
+
+// ---- Field lists ----
+
+// Converts to any scalar type and to nothing else, so that R{AnyScalar()...} compiles with up to
+// as many values as R has scalar members, those of nested structs included (brace elision).
+struct AnyScalar {
+    template <class T, class = std::enable_if_t<std::is_scalar<T>::value>>
+    operator T() const {
+        return T();
+    }
+};
+
+template <class R, class Values, class = void>
+struct BracesWith : std::false_type {};
+template <class R, size_t... I>
+struct BracesWith<R, std::index_sequence<I...>, std::void_t<decltype(R{(void(I), AnyScalar())...})>>
+    : std::true_type {};
+
+template <class R, size_t N = 0>
+constexpr size_t ScalarMembers() {
+    if constexpr (BracesWith<R, std::make_index_sequence<N + 1>>::value) {
+        return ScalarMembers<R, N + 1>();
+    } else {
+        return N;
+    }
+}
+
+template <class R>
+void ExpectEveryMemberNamedOnce(const std::string& what);
+
+// The address of every scalar member a field list names, those of embedded parts included; the
+// element records of its lists are checked on their own.
+struct MemberAddresses : LMRecordFields::IntoParts<MemberAddresses> {
+    std::vector<const void*> at;
+
+    template <class P>
+    void Tag(P& type, LM_WS_ResultType) {
+        at.push_back(&type);
+    }
+    template <class N>
+    void Number(const char*, N& value) {
+        at.push_back(&value);
+    }
+    void Flag(const char*, uint8_t& value) { at.push_back(&value); }
+    void Text(const char*, char*& text) { at.push_back(&text); }
+    void Bytes(const char*, char*& text, uint32_t) { at.push_back(&text); }
+    template <class N>
+    void Numbers(const char*, int32_t& count, N*& array) {
+        at.push_back(&count);
+        at.push_back(&array);
+    }
+    template <class E>
+    void Records(const char* name, int32_t& count, E*& array) {
+        at.push_back(&count);
+        at.push_back(&array);
+        ExpectEveryMemberNamedOnce<E>(name);
+    }
+};
+
+template <class R>
+void ExpectEveryMemberNamedOnce(const std::string& what) {
+    R record{};
+    MemberAddresses members;
+    LMRecordFields::Visit(record, members);
+    EXPECT_EQ(ScalarMembers<R>(), members.at.size()) << what << ": a member left out";
+    EXPECT_EQ(members.at.size(), std::set<const void*>(members.at.begin(), members.at.end()).size())
+        << what << ": a member named twice";
+}
+
+TEST(FieldLists, NameEveryMemberOfEveryRecordOnce) {
+    for (LM_WS_ResultType kind : kAllTypes) {
+        ForRecordOfKind(kind, [kind](auto as) {
+            ExpectEveryMemberNamedOnce<typename decltype(as)::Record>("kind " +
+                                                                      std::to_string(kind));
+        });
+    }
+    ExpectEveryMemberNamedOnce<LM_WS_FileType>("file type");
 }
 
 TEST_F(Conversion, SecondReleaseAndUntaggedRecordsAreHarmless) {
