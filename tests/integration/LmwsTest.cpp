@@ -25,6 +25,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "FilledRecord.h"
 #include "LmsimProcess.h"
 #include "LmwsCommandLine.h"
 #include "LmwsOperations.h"
@@ -432,6 +433,75 @@ TEST(LmwsRecordJson, NestedAnswersAreObjectsAndFlagsAreBooleans) {
     EXPECT_EQ(out["ConfigurationSet"],
               json::parse(R"([{"Key": "BandwithCheckURL", "Value": "http://h/f"},
                               {"Key": "Empty", "Value": ""}])"));
+}
+
+// The keys of a JSON object in their order, separated by spaces.
+std::string Keys(const LmwsJson& object) {
+    std::string keys;
+    for (const auto& item : object.items()) {
+        keys += (keys.empty() ? "" : " ") + item.key();
+    }
+    return keys;
+}
+
+// A filled record's texts hold their members' names (FilledRecord.h): each must come out under
+// its own name.
+void ExpectTextsUnderTheirNames(const LmwsJson& value) {
+    for (const auto& item : value.items()) {
+        if (item.value().is_string()) {
+            EXPECT_EQ(item.value(), item.key());
+        } else if (item.value().is_structured()) {
+            ExpectTextsUnderTheirNames(item.value());
+        }
+    }
+}
+
+const char kTitleKeys[] =
+    "TitleID TitleName BoxArtPrefix TitlePosition EpisodeNumber BonusAssets IsTvListing "
+    "MPAARating AvailableProducts IsTHXMediaDirectorEnabled IsTHXMediaDirectorEnabledForTrailer "
+    "CHVRSRating LoyaltyPointsForBuy LoyaltyPointsForRent";
+
+TEST(LmwsRecordJson, FullyPopulatedRecordsShowEveryFieldTheTitleFlatAndFirst) {
+    LM_WS_TitleListingResponses pages;
+    LM_WS_InitResult(&pages, LM_WS_ResultTitleListingResponses);
+    FillRecord(pages);
+    const LmwsJson all = LmwsToJson(pages);
+    LM_WS_FreeResult(&pages);
+    EXPECT_EQ(Keys(all), "ResponseCode ResponseMessage TitleListingResponse");
+    ASSERT_EQ(all["TitleListingResponse"].size(), 2u);
+    const LmwsJson& page = all["TitleListingResponse"][1];
+    EXPECT_EQ(Keys(page), std::string(kTitleKeys) +
+                              " ResponseCode ResponseMessage Synopsys UserRating Directors Actors "
+                              "Writers Producers Copyright RunTime IsAvailInUserWishList "
+                              "RatingReason");
+    EXPECT_EQ(page["IsTvListing"], true);
+    ASSERT_EQ(page["AvailableProducts"].size(), 2u);
+    const LmwsJson& product = page["AvailableProducts"][1];
+    EXPECT_EQ(product["AvailableAssets"].size(), 2u);
+    EXPECT_TRUE(product["AvailableAssets"][1].is_number());
+    EXPECT_EQ(product["AvailableAudioProfiles"].size(), 2u);
+    EXPECT_EQ(page["BonusAssets"].size(), 2u);
+    ExpectTextsUnderTheirNames(all);
+
+    LM_WS_TitlesPurchasedForPassesResponse passes;
+    LM_WS_InitResult(&passes, LM_WS_ResultTitlesPurchasedForPasses);
+    FillRecord(passes);
+    const LmwsJson bought = LmwsToJson(passes);
+    LM_WS_FreeResult(&passes);
+    ASSERT_EQ(bought["TitleListingPurchasedForPass"].size(), 2u);
+    EXPECT_EQ(Keys(bought["TitleListingPurchasedForPass"][0]),
+              std::string(kTitleKeys) +
+                  " EpisodeID TvListingTitleID PurchaseType Status RentalPeriod PassID PlayStatus "
+                  "StartTimeSeconds ResponseCode ResponseMessage");
+    ExpectTextsUnderTheirNames(bought);
+}
+
+TEST(LmwsRecordJson, LengthAndTextKeepsItsNulsAndShowsAMissingTextAsNull) {
+    char bytes[] = "a\0b\0c";
+    LM_WS_LengthAndText file{nullptr, 5, bytes};
+    EXPECT_EQ(LmwsToJson(file).dump(), R"({"Length":5,"Text":"a\u0000b\u0000c"})");
+    LM_WS_LengthAndText unreadable{nullptr, 0, nullptr};
+    EXPECT_EQ(LmwsToJson(unreadable).dump(), R"({"Length":0,"Text":null})");
 }
 
 // ---- Without the service: set-up options that need no network ----

@@ -77,8 +77,8 @@ LM_WS_Status StatusOnly(LmwsJson& result, LM_WS_Status status) {
     return status;
 }
 
-// To add an operation: declare it in Public/, then add a row here (and a LmwsToJson overload
-// when it brings a new record).
+// To add an operation: declare it in Public/, then add a row here (and the members of the record
+// it brings, if new, in LMRecordFields.h).
 std::vector<LmwsOperation> BuildTable() {
     return {
         // ---- Client ----
