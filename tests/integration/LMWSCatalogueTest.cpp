@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "LMAPITestSupport.h"
+#include "LMRecordFields.h"
 #include "LMWSClient.h"
 #include "LMWSTestSupport.h"
 #include "LM_WS.h"
@@ -51,190 +52,63 @@ struct Record {
 // Every text of a filled record must be non-null and every tagged part must carry its tag; the
 // dump checks both on the way.
 
-void Put(std::ostream& os, const char* text) {
-    EXPECT_NE(text, nullptr) << "a filled record holds a null text";
-    os << '"' << (text != nullptr ? text : "<null>") << "\" ";
-}
+struct DumpFields {
+    std::ostream& os;
 
-void Put(std::ostream& os, long long number) {
-    os << number << ' ';
-}
-
-void Tag(std::ostream& os, const int32_t* type, LM_WS_ResultType expected) {
-    EXPECT_TRUE(type != nullptr && *type == expected) << "tag of a part, expected " << expected;
-    os << '#' << (type != nullptr ? *type : 0) << ' ';
-}
-
-void Dump(std::ostream& os, const LM_WS_TitleListing& t) {
-    Tag(os, t.Type, LM_WS_ResultTitleListing);
-    Put(os, t.TitleID);
-    Put(os, t.TitleName);
-    Put(os, t.BoxArtPrefix);
-    Put(os, t.TitlePosition);
-    Put(os, t.EpisodeNumber);
-    for (int i = 0; i < t.BonusAssets.Count; ++i) {
-        const LM_WS_BonusAsset& b = t.BonusAssets.Array[i];
-        os << "bonus ";
-        Put(os, b.BonusAssetID);
-        Put(os, b.Profile);
-        Put(os, b.BonusType);
+    void Tag(const int32_t* type, LM_WS_ResultType expected) {
+        EXPECT_TRUE(type != nullptr && *type == expected) << "tag of a part, expected " << expected;
+        os << '#' << (type != nullptr ? *type : 0) << ' ';
     }
-    Put(os, t.IsTvListing);
-    Put(os, t.MPAARating);
-    for (int i = 0; i < t.AvailableProducts.Count; ++i) {
-        const LM_WS_ProductListing& p = t.AvailableProducts.Array[i];
-        os << "product ";
-        Put(os, p.SkuID);
-        Put(os, p.PurchaseType);
-        Put(os, p.Price);
-        for (int f = 0; f < p.AvailableAssets.Count; ++f) {
-            Put(os, p.AvailableAssets.Array[f]);
+    template <class N>
+    void Number(const char* name, N value) {
+        os << name << '=' << static_cast<long long>(value) << ' ';
+    }
+    void Flag(const char* name, uint8_t value) { Number(name, value); }
+    void Text(const char* name, const char* text) {
+        EXPECT_NE(text, nullptr) << "a filled record holds a null text: " << name;
+        os << name << "=\"" << (text != nullptr ? text : "<null>") << "\" ";
+    }
+    // The length-and-text record may hold no text: a file that could not be read.
+    void Bytes(const char* name, const char* text, uint32_t length) {
+        os << name << '=' << (text != nullptr ? std::string(text, length) : "<null>") << ' ';
+    }
+    template <class S>
+    void Record(const char* name, const S& part) {
+        os << name << " { ";
+        LMRecordFields::Visit(part, *this);
+        os << "} ";
+    }
+    template <class S>
+    void Flatten(const S& part) {
+        LMRecordFields::Visit(part, *this);
+    }
+    template <class L>
+    void List(const char* name, const L& list) {
+        Record(name, list);
+    }
+    template <class N>
+    void Numbers(const char* name, int32_t count, const N* array) {
+        ASSERT_TRUE(count <= 0 || array != nullptr) << name;
+        os << name << '[' << count << "] ";
+        for (int32_t i = 0; i < count; ++i) {
+            os << static_cast<long long>(array[i]) << ' ';
         }
-        Put(os, p.ExpireDate);
-        for (int a = 0; a < p.AvailableAudioProfiles.Count; ++a) {
-            const LM_WS_AudioFile& audio = p.AvailableAudioProfiles.Array[a];
-            os << "audio ";
-            Put(os, audio.AssetAudioID);
-            Put(os, audio.FileLocation);
-            Put(os, audio.ContainsVideo);
-            Put(os, audio.AudioAssetProfile);
+    }
+    template <class E>
+    void Records(const char* name, int32_t count, const E* array) {
+        ASSERT_TRUE(count <= 0 || array != nullptr) << name;
+        os << name << '[' << count << "]\n";
+        for (int32_t i = 0; i < count; ++i) {
+            Record(name, array[i]);
+            os << '\n';
         }
-        Put(os, p.RentalPeriod);
     }
-    Put(os, t.IsTHXMediaDirectorEnabled);
-    Put(os, t.IsTHXMediaDirectorEnabledForTrailer);
-    Put(os, t.CHVRSRating);
-    Put(os, t.LoyaltyPointsForBuy);
-    Put(os, t.LoyaltyPointsForRent);
-    os << '\n';
-}
-
-void Head(std::ostream& os, const int32_t* type, LM_WS_ResultType expected, int32_t code,
-          const char* message) {
-    Tag(os, type, expected);
-    Put(os, code);
-    Put(os, message);
-}
-
-void Dump(std::ostream& os, const LM_WS_TitleListingArray& a) {
-    Tag(os, a.Type, LM_WS_ResultTitleListingArray);
-    Put(os, a.Count);
-    for (int i = 0; i < a.Count; ++i) {
-        Dump(os, a.Array[i]);
-    }
-}
-
-void Dump(std::ostream& os, const LM_WS_TitlesResponse& r) {
-    Head(os, r.Type, LM_WS_ResultTitles, r.ResponseCode, r.ResponseMessage);
-    Put(os, r.GenreID);
-    Put(os, r.CurrentPageNumber);
-    Put(os, r.ItemsPerPage);
-    Put(os, r.TotalPages);
-    Put(os, r.TotalItems);
-    Dump(os, r.Titles);
-}
-
-void Dump(std::ostream& os, const LM_WS_TitleListingResponse& r) {
-    Head(os, r.Type, LM_WS_ResultTitleListingResponse, r.ResponseCode, r.ResponseMessage);
-    Put(os, r.Synopsys);
-    Put(os, r.UserRating);
-    Put(os, r.Directors);
-    Put(os, r.Actors);
-    Put(os, r.Writers);
-    Put(os, r.Producers);
-    Put(os, r.Copyright);
-    Put(os, r.RunTime);
-    Put(os, r.IsAvailInUserWishList);
-    Put(os, r.RatingReason);
-    Dump(os, r.TitleListing);
-}
-
-void Dump(std::ostream& os, const LM_WS_Navigation& r) {
-    Head(os, r.Type, LM_WS_ResultNavigation, r.ResponseCode, r.ResponseMessage);
-    Tag(os, r.Genres.Type, LM_WS_ResultGenreArray);
-    for (int i = 0; i < r.Genres.Count; ++i) {
-        const LM_WS_Genre& g = r.Genres.Array[i];
-        Put(os, g.ID);
-        Put(os, g.Name);
-        Put(os, g.Visible);
-        Put(os, g.ParentId);
-    }
-}
-
-void Dump(std::ostream& os, const LM_WS_GenreLabelResponse& r) {
-    Head(os, r.Type, LM_WS_ResultGenreLabel, r.ResponseCode, r.ResponseMessage);
-    Put(os, r.Label);
-    Put(os, r.LabelMessage);
-}
-
-void Dump(std::ostream& os, const LM_WS_TitlesResponseArray& r) {
-    Head(os, r.Type, LM_WS_ResultTitlesArray, r.ResponseCode, r.ResponseMessage);
-    for (int i = 0; i < r.Count; ++i) {
-        Dump(os, r.Array[i]);
-    }
-}
-
-void Dump(std::ostream& os, const LM_WS_TvEpisodeList& r) {
-    Head(os, r.Type, LM_WS_ResultTvEpisodeList, r.ResponseCode, r.ResponseMessage);
-    Tag(os, r.Episodes.Type, LM_WS_ResultTvEpisodeArray);
-    for (int i = 0; i < r.Episodes.Count; ++i) {
-        const LM_WS_TvEpisode& e = r.Episodes.Array[i];
-        Tag(os, e.Type, LM_WS_ResultTvEpisode);
-        Put(os, e.EpisodeID);
-        Put(os, e.EpisodeName);
-        Put(os, e.EpisodeNumber);
-    }
-}
-
-void Dump(std::ostream& os, const LM_WS_TitleListingResponses& r) {
-    Head(os, r.Type, LM_WS_ResultTitleListingResponses, r.ResponseCode, r.ResponseMessage);
-    Tag(os, r.TitleListingResponses.Type, LM_WS_ResultTitleListingResponseArray);
-    for (int i = 0; i < r.TitleListingResponses.Count; ++i) {
-        Dump(os, r.TitleListingResponses.Array[i]);
-    }
-}
-
-void Dump(std::ostream& os, const LM_WS_TranslateRecboxExternalIDResponse& r) {
-    Head(os, r.Type, LM_WS_ResultTranslateRecboxExternalID, r.ResponseCode, r.ResponseMessage);
-    Put(os, r.RecboxExternalId);
-    Put(os, r.TitleId);
-}
-
-void Dump(std::ostream& os, const LM_WS_TranslateSkuIDResponse& r) {
-    Head(os, r.Type, LM_WS_ResultTranslateSkuID, r.ResponseCode, r.ResponseMessage);
-    Put(os, r.TitleId);
-}
-
-void Dump(std::ostream& os, const LM_WS_RecommendedTitlesResponse& r) {
-    Head(os, r.Type, LM_WS_ResultRecommendedTitles, r.ResponseCode, r.ResponseMessage);
-    Dump(os, r.Titles);
-}
-
-void Dump(std::ostream& os, const LM_WS_MyVideosResponse& r) {
-    Head(os, r.Type, LM_WS_ResultMyVideos, r.ResponseCode, r.ResponseMessage);
-    Tag(os, r.Titles.Type, LM_WS_ResultTitleListingPurchasedArray);
-    for (int i = 0; i < r.Titles.Count; ++i) {
-        const LM_WS_TitleListingPurchased& p = r.Titles.Array[i];
-        Dump(os, p.TitleListing);
-        Put(os, p.EpisodeID);
-        Put(os, p.TvListingTitleID);
-        Put(os, p.PurchaseType);
-        Put(os, p.Status);
-        Put(os, p.RentalPeriod);
-        Put(os, p.PassID);
-        Put(os, p.PlayStatus);
-        Put(os, p.StartTimeSeconds);
-    }
-    Put(os, r.CurrentPageNumber);
-    Put(os, r.ItemsPerPage);
-    Put(os, r.TotalPages);
-    Put(os, r.TotalItems);
-}
+};
 
 template <class R>
 std::string Text(const R& record) {
     std::ostringstream os;
-    Dump(os, record);
+    LMRecordFields::Visit(record, DumpFields{os});
     return os.str();
 }
 
