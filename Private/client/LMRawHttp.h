@@ -1,11 +1,12 @@
-// Plain HTTP/1.1 GETs over a raw connection of a toolkit context: box art, the bandwidth probe
-// and the device clock. The connection is opened, written and read through the context's
-// transport callbacks (fopen, fsend, frecv, fclose), so the context's time-outs and TLS set-up
-// apply. The answer's head is taken from the first block received (at most 2047 bytes) only:
-// these answers come from our own service, whose heads are short.
+// Plain HTTP/1.1 GETs over a raw connection of a toolkit context: box art, the bandwidth probe,
+// the device clock and the environment query. The connection is opened, written and read through
+// the context's transport callbacks (fopen, fsend, frecv, fclose), so the context's time-outs and
+// TLS set-up apply. The answer's head must fit in one block of at most 2047 bytes: these answers
+// come from our own service, whose heads are short.
 #ifndef LM_RAW_HTTP_H
 #define LM_RAW_HTTP_H
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -17,9 +18,9 @@
 
 namespace LMRawHttp {
 
-// The first receive reads at most this many bytes, into a buffer one byte larger.
+// The head is read into a block of at most this many bytes, in a buffer one byte larger.
 const size_t kFirstBlock = 2047;
-// Every later receive reads at most this many bytes.
+// Every receive of the body after that block reads at most this many bytes.
 const size_t kChunk = 2048;
 
 // One connection on `soap`, closed through the context's close callback when it ends. A socket
@@ -66,14 +67,35 @@ private:
 // The status lines the callers tell apart.
 enum class Status { OK, NotFound, NotModified, Other };
 
-// What the first block of an answer says.
+// What the head of an answer says. Matches are exact and case-sensitive, as our service writes
+// them, and anchored: the status line counts only as the block's first line, a header only at
+// the start of a line of the head.
 struct Head {
-    Status status = Status::Other;
-    LMString lastModified;       // "" when the 200 answer has none
-    uint32_t contentLength = 0;  // positive when `complete`
-    bool complete = false;       // a 200 answer with a positive length and the end of its head
-    size_t bodyOffset = 0;       // where the body starts in the block, when `complete`
+    Status status = Status::Other;  // from the first line alone
+    LMString lastModified;          // "" when a 200 answer has none
+    LMString lengthText;            // the Content-Length value as written; "" when refused
+    uint32_t contentLength = 0;     // positive when `complete`
+    bool ended = false;             // the empty line ending the head is in the block
+    bool complete = false;          // a 200 answer with a positive length and the end of its head
+    size_t bodyOffset = 0;          // where the body starts in the block, when `ended`
 };
+
+// The first `text` in [begin, end), or nullptr.
+inline const char* Find(const char* begin, const char* end, const char* text) {
+    const size_t n = strlen(text);
+    for (const char* p = begin; end - p >= static_cast<ptrdiff_t>(n); ++p) {
+        if (memcmp(p, text, n) == 0) {
+            return p;
+        }
+    }
+    return nullptr;
+}
+
+// True when [begin, end) starts with `text`.
+inline bool StartsWith(const char* begin, const char* end, const char* text) {
+    const size_t n = strlen(text);
+    return static_cast<size_t>(end - begin) >= n && memcmp(begin, text, n) == 0;
+}
 
 // A decimal number followed by nothing but blanks; false for anything else, for 0 and for a
 // value beyond 32 bits.
@@ -98,53 +120,101 @@ inline bool ParseLength(const char* begin, const char* end, uint32_t& value) {
     return value > 0;
 }
 
-// Parses the first block of an answer, NUL-terminated at the number of bytes received. Matches
-// are exact and case-sensitive, as our service writes them: "HTTP/1.1 200 OK\r\n" (else the 404
-// and 304 lines are told apart), then "Last-Modified: " up to its "\r\n" when present, then
-// "Content-Length: " up to its "\r\n", then the blank line ending the head.
-inline Head ParseHead(const char* block) {
+// Parses the head at the start of the `size` bytes of `block`. The first line must be
+// "HTTP/1.1 200 OK\r\n", "HTTP/1.1 404 Not Found\r\n" or "HTTP/1.1 304 Not Modified\r\n"; a
+// status text anywhere else (in the body of an error page, say) is no status. For a 200 answer
+// the lines after it, up to the first empty line, are its headers: "Last-Modified: " (the first
+// one counts) and "Content-Length: ", which must occur once; a second one makes the length
+// ambiguous, so the answer is refused. Lines after the empty line are body. While the empty line
+// has not arrived, the complete lines so far are read as headers, but the head is not complete.
+inline Head ParseHead(const char* block, size_t size) {
     Head head;
-    const char* ok = strstr(block, "HTTP/1.1 200 OK\r\n");
-    if (ok == nullptr) {
-        if (strstr(block, "HTTP/1.1 404 Not Found\r\n") != nullptr) {
-            head.status = Status::NotFound;
-        } else if (strstr(block, "HTTP/1.1 304 Not Modified\r\n") != nullptr) {
-            head.status = Status::NotModified;
-        }
+    const char* const end = block + size;
+    const char* const empty = Find(block, end, "\r\n\r\n");
+    head.ended = empty != nullptr;
+    if (head.ended) {
+        head.bodyOffset = static_cast<size_t>(empty + 4 - block);
+    }
+    static const char kOk[] = "HTTP/1.1 200 OK\r\n";
+    if (StartsWith(block, end, "HTTP/1.1 404 Not Found\r\n")) {
+        head.status = Status::NotFound;
+    } else if (StartsWith(block, end, "HTTP/1.1 304 Not Modified\r\n")) {
+        head.status = Status::NotModified;
+    } else if (StartsWith(block, end, kOk)) {
+        head.status = Status::OK;
+    }
+    if (head.status != Status::OK) {
         return head;
     }
-    head.status = Status::OK;
     static const char kLastModified[] = "Last-Modified: ";
-    if (const char* at = strstr(ok, kLastModified)) {
-        const char* value = at + sizeof(kLastModified) - 1;
-        if (const char* eol = strstr(value, "\r\n")) {
-            head.lastModified.assign(value, static_cast<size_t>(eol - value));
-        }
-    }
     static const char kContentLength[] = "Content-Length: ";
-    const char* at = strstr(ok, kContentLength);
-    const char* value = at != nullptr ? at + sizeof(kContentLength) - 1 : nullptr;
-    const char* eol = value != nullptr ? strstr(value, "\r\n") : nullptr;
-    if (eol == nullptr || !ParseLength(value, eol, head.contentLength)) {
+    // The headers end with the "\r\n" of the last one, which the empty line starts with.
+    const char* const headers = block + sizeof(kOk) - 1;
+    const char* const headersEnd = head.ended ? empty + 2 : end;
+    bool lastModifiedSeen = false;
+    int lengths = 0;
+    for (const char* line = headers; line < headersEnd;) {
+        const char* eol = Find(line, headersEnd, "\r\n");
+        if (eol == nullptr) {
+            break;  // a line still arriving
+        }
+        if (!lastModifiedSeen && StartsWith(line, eol, kLastModified)) {
+            const char* value = line + sizeof(kLastModified) - 1;
+            head.lastModified.assign(value, static_cast<size_t>(eol - value));
+            lastModifiedSeen = true;
+        } else if (StartsWith(line, eol, kContentLength)) {
+            const char* value = line + sizeof(kContentLength) - 1;
+            head.lengthText.assign(value, static_cast<size_t>(eol - value));
+            ++lengths;
+        }
+        line = eol + 2;
+    }
+    if (lengths != 1 ||
+        !ParseLength(head.lengthText.c_str(), head.lengthText.c_str() + head.lengthText.length(),
+                     head.contentLength)) {
+        head.lengthText.assign("");
         head.contentLength = 0;
         return head;
     }
-    // Searched from the length line's own "\r\n": it may be the last header.
-    const char* end = strstr(eol, "\r\n\r\n");
-    if (end == nullptr) {
-        return head;
-    }
-    head.bodyOffset = static_cast<size_t>(end + 4 - block);
-    head.complete = true;
+    head.complete = head.ended;
     return head;
 }
 
-// Receives the first block of an answer into `block`, NUL-terminated, and parses its head.
-// `received` is 0 when nothing arrived (end of stream, time-out or failure).
+// Receives the head of an answer into `block`, NUL-terminated, and parses it. Over a network a
+// short head can arrive in several segments: receives go on into the same block until the head's
+// empty line is there, the block's 2047 bytes are full or the peer sends no more. They stop
+// early once the first line is there and is not "HTTP/1.1 200 OK": nothing after it changes
+// what the callers do with such an answer. Body bytes that came with the head follow it in the
+// block. `received` is 0 when nothing arrived (end of stream, time-out or failure).
 inline Head ReceiveHead(Connection& connection, char (&block)[kFirstBlock + 1], size_t& received) {
-    received = connection.Receive(block, kFirstBlock);
+    received = 0;
+    Head head;
+    while (received < kFirstBlock) {
+        const size_t n = connection.Receive(block + received, kFirstBlock - received);
+        if (n == 0) {
+            break;
+        }
+        received += n;
+        head = ParseHead(block, received);
+        if (head.ended ||
+            (head.status != Status::OK && Find(block, block + received, "\r\n") != nullptr)) {
+            break;
+        }
+    }
     block[received] = 0;
-    return ParseHead(block);
+    return head;
+}
+
+// The environment id in the answer of the service's environment query: a complete 200 head whose
+// length is written exactly "1", and that one body byte in the block; the id is the byte minus
+// "0" (a digit above 2 keeps its value). Anything else is production, 2: so is a NUL byte, as the
+// block is read as text.
+inline int EnvironmentId(const Head& head, const char* block, size_t received) {
+    if (!head.complete || head.lengthText != "1" || received <= head.bodyOffset ||
+        block[head.bodyOffset] == 0) {
+        return 2;
+    }
+    return block[head.bodyOffset] - '0';
 }
 
 // The body of the service's clock page, "M/D/YYYY h:mm:ss AM" or "... PM" in UTC, as seconds

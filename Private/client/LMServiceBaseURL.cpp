@@ -1,9 +1,9 @@
 // The environment table and the service's environment query.
 #include <cstdio>
-#include <cstring>
 
 #include "LMAssert.h"
 #include "LMDeployment.h"
+#include "LMRawHttp.h"
 #include "LMUtilities.h"
 #include "stdsoap2.h"
 
@@ -25,18 +25,6 @@ struct EnvironmentTable {
         url[5] = https(d.adultProductionHost) + "/api/";
     }
 };
-
-// The environment id of an answer: "HTTP/1.1 200 OK", then a one-byte body announced by
-// "Content-Length: 1", whose digit is the id. Anything else is production.
-int EnvironmentOf(const char* answer) {
-    const char* status = strstr(answer, "HTTP/1.1 200 OK\r\n");
-    const char* length = status != nullptr ? strstr(status, "Content-Length: 1\r\n") : nullptr;
-    const char* body = length != nullptr ? strstr(length, "\r\n\r\n") : nullptr;
-    if (body == nullptr || body[4] == 0) {
-        return 2;
-    }
-    return body[4] - '0';
-}
 
 }  // namespace
 
@@ -61,27 +49,24 @@ LMString LMUtilities::QueryServiceBaseURL(const LMDeployment& deployment, int ty
     char url[2048];
     safe_snprintf(url, sizeof(url), "https://%s/device/env/?d=%s&dt=%d", host.c_str(), id.c_str(),
                   DestinationTypeID);
-    SOAP_SOCKET socket =
-        so->fopen(so, url, deployment.productionHost.c_str(), deployment.httpsPort);
-    if (!soap_valid_socket(socket)) {
+    LMRawHttp::Connection connection(so);
+    if (!connection.Open(url, deployment.productionHost, deployment.httpsPort)) {
         return LMString();
     }
-    so->socket = socket;
 
     char request[2048];
     int length = safe_snprintf(request, sizeof(request), "GET /device/env/?d=%s&dt=%d HTTP/1.1\r\n",
                                id.c_str(), DestinationTypeID);
     const LMString headers = LMString("User-Agent: LMWSLib\r\nHost: ") + host + "\r\n\r\n";
     int found = 2;
-    if (so->fsend(so, request, static_cast<size_t>(length)) == SOAP_OK &&
-        so->fsend(so, headers.c_str(), headers.length()) == SOAP_OK) {
-        char answer[2048];
-        size_t received = so->frecv(so, answer, sizeof(answer) - 1);
-        answer[received] = 0;
-        found = EnvironmentOf(answer);
+    if (connection.Send(LMString(request, static_cast<size_t>(length))) &&
+        connection.Send(headers)) {
+        char block[LMRawHttp::kFirstBlock + 1];
+        size_t received = 0;
+        const LMRawHttp::Head head = LMRawHttp::ReceiveHead(connection, block, received);
+        found = LMRawHttp::EnvironmentId(head, block, received);
     }
-    so->fclose(so);
-    so->socket = SOAP_INVALID_SOCKET;
+    connection.Close();
 
     envID = found;
     const int entry = found == 0 ? 0 : (found == 1 ? 1 : 2);
