@@ -1,6 +1,6 @@
 // The network probes and box art on loopback: a scripted server for answers a real server would
-// not give (cut bodies, oversized heads, held connections), and nginx as a real web host for
-// box-art downloads and revalidation.
+// not give (cut bodies, oversized heads, held connections, error pages holding another answer,
+// heads in two segments), and nginx as a real web host for box-art downloads and revalidation.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <poll.h>
@@ -126,6 +126,15 @@ std::string OversizedHead(const std::string& body) {
     return "HTTP/1.1 200 OK\r\nX-Pad: " + std::string(3000, 'p') + "\r\n" + Ok(body).substr(17);
 }
 const char kNotFound[] = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n";
+// An error page whose body is another answer: only the first line is the status.
+std::string ErrorPageHolding(const std::string& answer) {
+    return "HTTP/1.1 500 Internal Server Error\r\nContent-Length: " +
+           std::to_string(answer.size()) + "\r\n\r\n" + answer;
+}
+// The first `at` bytes, then the rest after a pause, as a head cut into two segments arrives.
+ScriptedServer::Reply InTwoSegments(const std::string& bytes, size_t at) {
+    return ScriptedServer::Reply{{{0, bytes.substr(0, at)}, {150, bytes.substr(at)}}};
+}
 
 // A client without cache whose plain-HTTP port is `port`, its bandwidth-check URL preset as if
 // the configuration had named it.
@@ -189,9 +198,10 @@ TEST(CheckBandwidth, APortInTheURLIsTheOneUsed) {
 
 TEST(CheckBandwidth, FailuresGiveTheirStatusAndNoRate) {
     ScriptedServer server({Whole(kNotFound), Whole(OversizedHead("xyz")),
-                           Whole("HTTP/1.1 200 OK\r\nContent-Length: 9000\r\n\r\nabc", 0)});
+                           Whole("HTTP/1.1 200 OK\r\nContent-Length: 9000\r\n\r\nabc", 0),
+                           Whole(ErrorPageHolding(kNotFound)), Whole(ErrorPageHolding(Ok("xyz")))});
     ProbeClient client(server.Port(), "http://127.0.0.1/check.bin");
-    for (LM_WS_Status expected : {-1901, -1001, -1001}) {
+    for (LM_WS_Status expected : {-1901, -1001, -1001, -1001, -1001}) {
         uint32_t bps = 7;
         EXPECT_EQ(expected, LM_WS_checkBandwidth(&client.h, &bps));
         EXPECT_EQ(0u, bps);
@@ -215,7 +225,8 @@ TEST(DeviceTime, ReadsTheClockPageOrSaysWhyNot) {
     ScriptedServer server(
         {Whole(Ok("3/14/2011 1:05:09 PM")),
          Whole("HTTP/1.1 200 OK\r\nContent-Length: 40\r\n\r\n3/14/2011 1:05:09 PM"),  // short
-         Whole(OversizedHead("3/14/2011 1:05:09 PM")), Whole(kNotFound)});
+         Whole(OversizedHead("3/14/2011 1:05:09 PM")), Whole(kNotFound),
+         Whole(ErrorPageHolding(Ok("3/14/2011 1:05:09 PM")))});
     NoServer();
     setenv("LM_WS_HTTP_PORT", std::to_string(server.Port()).c_str(), 1);
     int32_t t = 0;
@@ -224,7 +235,7 @@ TEST(DeviceTime, ReadsTheClockPageOrSaysWhyNot) {
     EXPECT_EQ("GET /device/time/ HTTP/1.1\r\nUser-Agent: LMWSLib\r\nHost: 127.0.0.1:" +
                   std::to_string(server.Port()) + "\r\n\r\n",
               server.Requests().at(0));
-    for (LM_WS_Status expected : {-1004, -1001, -1001}) {
+    for (LM_WS_Status expected : {-1004, -1001, -1001, -1001}) {
         EXPECT_EQ(expected, LM_WS_getDeviceTime(&t));
         EXPECT_EQ(-1, t);
     }
@@ -238,6 +249,7 @@ TEST(BoxArtDownloader, AFailedDownloadLeavesTheEarlierFileAndNoTemporaryFile) {
         {Whole("HTTP/1.1 200 OK\r\n\r\nimage"),  // no length
          Whole("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"), Whole(OversizedHead("image")),
          Whole("HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\nabc", 0),
+         Whole(ErrorPageHolding(Ok("image"))), Whole(ErrorPageHolding(kNotFound)),
          Whole("HTTP/1.1 304 Not Modified\r\n\r\n"), Whole("HTTP/1.1 304 Not Modified\r\n\r\n")});
     struct soap* soap = soap_new();
     soap->recv_timeout = 5;
@@ -245,7 +257,7 @@ TEST(BoxArtDownloader, AFailedDownloadLeavesTheEarlierFileAndNoTemporaryFile) {
     web.webHost = "127.0.0.1";
     web.httpPort = server.Port();
     BoxArtDownloader downloader(soap, web);
-    for (LM_WS_Status expected : {-1001, -1001, -1001, -1001, -1902}) {
+    for (LM_WS_Status expected : {-1001, -1001, -1001, -1001, -1001, -1001, -1902}) {
         LMString target(file.c_str());
         EXPECT_EQ(expected, downloader.Download("p", LM_WS_BoxArt95, "", true, target));
         EXPECT_EQ("earlier", ReadAll(file));
@@ -259,6 +271,34 @@ TEST(BoxArtDownloader, AFailedDownloadLeavesTheEarlierFileAndNoTemporaryFile) {
     EXPECT_EQ(1, fscanf(ls, "%d", &files));
     pclose(ls);
     EXPECT_EQ(1, files);
+}
+
+TEST(PlainHttpHead, AHeadInTwoSegmentsIsAccepted) {
+    const std::string clock = Ok("3/14/2011 1:05:09 PM");
+    ScriptedServer server({InTwoSegments(clock, clock.find("\r\n\r\n") + 3),
+                           InTwoSegments(Ok("image"), 10),
+                           InTwoSegments(Ok(std::string(100, 'b')), 25)});
+    NoServer();
+    setenv("LM_WS_HTTP_PORT", std::to_string(server.Port()).c_str(), 1);
+    int32_t t = 0;
+    EXPECT_EQ(0, LM_WS_getDeviceTime(&t));
+    EXPECT_EQ(1300107909, t);
+
+    struct soap* soap = soap_new();
+    soap->recv_timeout = 5;
+    LMDeployment web;
+    web.webHost = "127.0.0.1";
+    web.httpPort = server.Port();
+    BoxArtDownloader downloader(soap, web);
+    LMString memory;
+    EXPECT_EQ(0, downloader.Download("p", LM_WS_BoxArt95, "", false, memory));
+    EXPECT_STREQ("image", memory.c_str());
+    soap_free(soap);
+
+    ProbeClient client(server.Port(), "http://127.0.0.1/check.bin");
+    uint32_t bps = 0;
+    EXPECT_EQ(0, LM_WS_checkBandwidth(&client.h, &bps));
+    EXPECT_GT(bps, 0u);
 }
 
 // nginx on a free loopback port serving `www`, as a child process writing only into its own
@@ -325,18 +365,14 @@ private:
     int m_Port = 0;
 };
 
-// A client that keeps box art in a file cache, with nginx as its web and production host.
-class BoxArtTest : public ::testing::Test {
+// A client that keeps box art in a file cache, its web host on loopback.
+class BoxArtCacheTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        if (access(Nginx::kBinary, X_OK) != 0) {
-            GTEST_SKIP() << Nginx::kBinary << " is not installed";
-        }
-        m_Nginx = std::make_unique<Nginx>();
-        ASSERT_TRUE(m_Nginx->Up());
-        m_Host = "127.0.0.1:" + std::to_string(m_Nginx->Port());
+    // Sets the client up with its web and production host on `port`.
+    void Connect(int port) {
+        m_Host = "127.0.0.1:" + std::to_string(port);
         NoServer();
-        setenv("LM_WS_HTTP_PORT", std::to_string(m_Nginx->Port()).c_str(), 1);
+        setenv("LM_WS_HTTP_PORT", std::to_string(port).c_str(), 1);
         m_Params.p.CacheType = LM_WS_CacheParam::File;
         m_Params.p.CacheData = LM_WS_CacheParam::BoxArt;
         m_Params.cachePath = m_Cache.path;
@@ -359,10 +395,49 @@ protected:
     }
 
     TempDir m_Cache;
-    std::unique_ptr<Nginx> m_Nginx;
     std::string m_Host;
     Params m_Params;
     Client m_Client;
+};
+
+TEST_F(BoxArtCacheTest, AnErrorPageNeitherReplacesNorRemovesTheImageHeld) {
+    const std::string date = "Mon, 14 Mar 2011 13:05:09 GMT";
+    ScriptedServer server(
+        {Whole("HTTP/1.1 200 OK\r\nLast-Modified: " + date + "\r\nContent-Length: 4\r\n\r\nheld"),
+         Whole(ErrorPageHolding(kNotFound)), Whole(ErrorPageHolding(Ok("planted")))});
+    ASSERT_NO_FATAL_FAILURE(Connect(server.Port()));
+    std::string file;
+    ASSERT_EQ(0, Get(LM_WS_BoxArt95, "t", file));
+    EXPECT_EQ("held", ReadAll(file));
+    ASSERT_EQ(0, LM_WS_updateLocalCache(&m_Client.h, LM_WS_CacheParam::BoxArt));
+    // Each revalidation meets an error page: the copy held is the answer and stays marked.
+    for (int i = 0; i < 2; ++i) {
+        std::string again;
+        EXPECT_EQ(0, Get(LM_WS_BoxArt95, "t", again));
+        EXPECT_EQ(file, again);
+        EXPECT_EQ("held", ReadAll(file));
+        LMString lastModified;
+        EXPECT_TRUE(NeedsUpdate("t", lastModified));
+        EXPECT_STREQ(date.c_str(), lastModified.c_str());
+    }
+    const std::vector<std::string> requests = server.Requests();
+    ASSERT_EQ(3u, requests.size());
+    EXPECT_NE(std::string::npos, requests[2].find("\r\nIf-Modified-Since: " + date + "\r\n"));
+}
+
+// The same with nginx as the web host.
+class BoxArtTest : public BoxArtCacheTest {
+protected:
+    void SetUp() override {
+        if (access(Nginx::kBinary, X_OK) != 0) {
+            GTEST_SKIP() << Nginx::kBinary << " is not installed";
+        }
+        m_Nginx = std::make_unique<Nginx>();
+        ASSERT_TRUE(m_Nginx->Up());
+        ASSERT_NO_FATAL_FAILURE(Connect(m_Nginx->Port()));
+    }
+
+    std::unique_ptr<Nginx> m_Nginx;
 };
 
 TEST_F(BoxArtTest, DownloadsKeepsAndRevalidatesAnImage) {
