@@ -241,6 +241,28 @@ TEST(DeviceTime, ReadsTheClockPageOrSaysWhyNot) {
     }
 }
 
+// A box-art downloader on a toolkit context of its own, its web host on loopback port `port`.
+class LoopbackDownloader {
+public:
+    explicit LoopbackDownloader(int port) : m_Soap(soap_new()), m_Downloader(m_Soap, Web(port)) {
+        m_Soap->recv_timeout = 5;
+    }
+    ~LoopbackDownloader() { soap_free(m_Soap); }
+    LoopbackDownloader(const LoopbackDownloader&) = delete;
+    LoopbackDownloader& operator=(const LoopbackDownloader&) = delete;
+    BoxArtDownloader* operator->() { return &m_Downloader; }
+
+private:
+    static LMDeployment Web(int port) {
+        LMDeployment web;
+        web.webHost = "127.0.0.1";
+        web.httpPort = port;
+        return web;
+    }
+    struct soap* m_Soap;
+    BoxArtDownloader m_Downloader;
+};
+
 TEST(BoxArtDownloader, AFailedDownloadLeavesTheEarlierFileAndNoTemporaryFile) {
     TempDir dir;
     const std::string file = dir.path + "/p95.jpg";
@@ -251,21 +273,15 @@ TEST(BoxArtDownloader, AFailedDownloadLeavesTheEarlierFileAndNoTemporaryFile) {
          Whole("HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\nabc", 0),
          Whole(ErrorPageHolding(Ok("image"))), Whole(ErrorPageHolding(kNotFound)),
          Whole("HTTP/1.1 304 Not Modified\r\n\r\n"), Whole("HTTP/1.1 304 Not Modified\r\n\r\n")});
-    struct soap* soap = soap_new();
-    soap->recv_timeout = 5;
-    LMDeployment web;
-    web.webHost = "127.0.0.1";
-    web.httpPort = server.Port();
-    BoxArtDownloader downloader(soap, web);
+    LoopbackDownloader downloader(server.Port());
     for (LM_WS_Status expected : {-1001, -1001, -1001, -1001, -1001, -1001, -1902}) {
         LMString target(file.c_str());
-        EXPECT_EQ(expected, downloader.Download("p", LM_WS_BoxArt95, "", true, target));
+        EXPECT_EQ(expected, downloader->Download("p", LM_WS_BoxArt95, "", true, target));
         EXPECT_EQ("earlier", ReadAll(file));
     }
     LMString memory("stale");
-    EXPECT_EQ(-1902, downloader.Download("p", LM_WS_BoxArt95, "date", false, memory));
+    EXPECT_EQ(-1902, downloader->Download("p", LM_WS_BoxArt95, "date", false, memory));
     EXPECT_TRUE(memory.empty());
-    soap_free(soap);
     FILE* ls = popen(("ls '" + dir.path + "' | wc -l").c_str(), "r");
     int files = 0;
     EXPECT_EQ(1, fscanf(ls, "%d", &files));
@@ -284,16 +300,10 @@ TEST(PlainHttpHead, AHeadInTwoSegmentsIsAccepted) {
     EXPECT_EQ(0, LM_WS_getDeviceTime(&t));
     EXPECT_EQ(1300107909, t);
 
-    struct soap* soap = soap_new();
-    soap->recv_timeout = 5;
-    LMDeployment web;
-    web.webHost = "127.0.0.1";
-    web.httpPort = server.Port();
-    BoxArtDownloader downloader(soap, web);
+    LoopbackDownloader downloader(server.Port());
     LMString memory;
-    EXPECT_EQ(0, downloader.Download("p", LM_WS_BoxArt95, "", false, memory));
+    EXPECT_EQ(0, downloader->Download("p", LM_WS_BoxArt95, "", false, memory));
     EXPECT_STREQ("image", memory.c_str());
-    soap_free(soap);
 
     ProbeClient client(server.Port(), "http://127.0.0.1/check.bin");
     uint32_t bps = 0;
