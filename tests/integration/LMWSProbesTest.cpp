@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -328,8 +329,14 @@ public:
             << "/tmp/b; proxy_temp_path " << d << "/tmp/p; fastcgi_temp_path " << d
             << "/tmp/f; uwsgi_temp_path " << d << "/tmp/u; scgi_temp_path " << d << "/tmp/s;\n"
             << "  server { listen 127.0.0.1:" << m_Port << "; root " << d << "/www; }\n}\n";
+        const pid_t parent = getpid();
         m_Pid = fork();
         if (m_Pid == 0) {
+            // Ends with the test process, like the simulator (LmsimProcess.h).
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            if (getppid() != parent) {
+                _exit(127);
+            }
             execl(kBinary, kBinary, "-p", d.c_str(), "-c", (d + "/nginx.conf").c_str(), "-e",
                   (d + "/error.log").c_str(), static_cast<char*>(nullptr));
             _exit(127);
