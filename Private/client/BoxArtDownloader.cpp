@@ -83,14 +83,10 @@ LM_WS_Status BoxArtDownloader::Fetch(const LMString& prefix, LM_WS_BoxArtSize si
     request.append("User-Agent: LMWSLib\r\nHost: ");
     request.append(host);
     request.append("\r\n\r\n");
-    if (!connection.Send(request)) {
-        return LM_WS_SEND_RECV_FAILED;
-    }
-
     char block[LMRawHttp::kFirstBlock + 1];
     size_t received = 0;
-    const LMRawHttp::Head head = LMRawHttp::ReceiveHead(connection, block, received);
-    if (received == 0) {
+    LMRawHttp::Head head;
+    if (!LMRawHttp::Exchange(connection, request, block, received, head)) {
         return LM_WS_SEND_RECV_FAILED;
     }
     switch (head.status) {

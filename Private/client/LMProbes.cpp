@@ -120,13 +120,10 @@ LM_WS_Status MeasureBandwidth(LMRawHttp::Connection& connection, const LMString&
                               const LMString& path, uint32_t& bitsPerSecond) {
     const LMString request =
         LMString("GET /") + path + " HTTP/1.1\r\nHost: " + host + "\r\nUser-Agent: LMWSLib\r\n\r\n";
-    if (!connection.Send(request)) {
-        return LM_WS_SEND_RECV_FAILED;
-    }
     char block[LMRawHttp::kFirstBlock + 1];
     size_t received = 0;
-    const LMRawHttp::Head head = LMRawHttp::ReceiveHead(connection, block, received);
-    if (received == 0) {
+    LMRawHttp::Head head;
+    if (!LMRawHttp::Exchange(connection, request, block, received, head)) {
         return LM_WS_SEND_RECV_FAILED;
     }
     if (head.status == LMRawHttp::Status::NotFound) {
@@ -159,14 +156,13 @@ LM_WS_Status MeasureBandwidth(LMRawHttp::Connection& connection, const LMString&
 // The GET of the clock page on an open connection.
 LM_WS_Status ReadDeviceTime(LMRawHttp::Connection& connection, const LMString& host,
                             int32_t& utcSeconds) {
-    if (!connection.Send(LMString("GET /device/time/ HTTP/1.1\r\n")) ||
-        !connection.Send(LMString("User-Agent: LMWSLib\r\nHost: ") + host + "\r\n\r\n")) {
-        return LM_WS_SEND_RECV_FAILED;
-    }
+    const LMString request =
+        LMString("GET /device/time/ HTTP/1.1\r\nUser-Agent: LMWSLib\r\nHost: ") + host + "\r\n\r\n";
     char block[LMRawHttp::kFirstBlock + 1];
     size_t received = 0;
-    const LMRawHttp::Head head = LMRawHttp::ReceiveHead(connection, block, received);
-    if (received == 0 || head.status != LMRawHttp::Status::OK || !head.complete) {
+    LMRawHttp::Head head;
+    if (!LMRawHttp::Exchange(connection, request, block, received, head) ||
+        head.status != LMRawHttp::Status::OK || !head.complete) {
         return LM_WS_SEND_RECV_FAILED;
     }
     // The page is short: all of it comes with the head, or the answer is unusable.

@@ -205,6 +205,19 @@ inline Head ReceiveHead(Connection& connection, char (&block)[kFirstBlock + 1], 
     return head;
 }
 
+// Sends `request` on `connection` and receives the answer's head (ReceiveHead). False when the
+// request could not be sent or no answer came back.
+inline bool Exchange(Connection& connection, const LMString& request,
+                     char (&block)[kFirstBlock + 1], size_t& received, Head& head) {
+    received = 0;
+    block[0] = 0;
+    if (!connection.Send(request)) {
+        return false;
+    }
+    head = ReceiveHead(connection, block, received);
+    return received > 0;
+}
+
 // The environment id in the answer of the service's environment query: a complete 200 head whose
 // length is written exactly "1", and that one body byte in the block; the id is the byte minus
 // "0" (a digit above 2 keeps its value). Anything else is production, 2: so is a NUL byte, as the
