@@ -58,12 +58,12 @@ LMString LMUtilities::QueryServiceBaseURL(const LMDeployment& deployment, int ty
     int length = safe_snprintf(request, sizeof(request), "GET /device/env/?d=%s&dt=%d HTTP/1.1\r\n",
                                id.c_str(), DestinationTypeID);
     const LMString headers = LMString("User-Agent: LMWSLib\r\nHost: ") + host + "\r\n\r\n";
+    char block[LMRawHttp::kFirstBlock + 1];
+    size_t received = 0;
+    LMRawHttp::Head head;
     int found = 2;
-    if (connection.Send(LMString(request, static_cast<size_t>(length))) &&
-        connection.Send(headers)) {
-        char block[LMRawHttp::kFirstBlock + 1];
-        size_t received = 0;
-        const LMRawHttp::Head head = LMRawHttp::ReceiveHead(connection, block, received);
+    if (LMRawHttp::Exchange(connection, LMString(request, static_cast<size_t>(length)) + headers,
+                            block, received, head)) {
         found = LMRawHttp::EnvironmentId(head, block, received);
     }
     connection.Close();
