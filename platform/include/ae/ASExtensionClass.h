@@ -1,0 +1,108 @@
+// Native extension classes: how native code is offered to a movie.
+//
+// A class is registered with a descriptor (ASExtensionClassDescriptor: five operations). The
+// movie sees it as a constructor named after the last dot-separated part of its class id; each
+// `new` makes one native instance through ConstructInstance. Method handlers are member
+// functions of the instance class, called on the script thread with the stage's context, the
+// script object the method was called on, the arguments and a result sink.
+#ifndef AE_ASEXTENSIONCLASS_H
+#define AE_ASEXTENSIONCLASS_H
+
+#include <cstdint>
+
+#include "AEArray.h"
+#include "ASValue.h"
+
+namespace ae {
+namespace stagecraft {
+
+class ASExtensionClass;
+
+// Where a handler leaves its outcome. SetStatus must be called exactly once, last; a value set
+// before it becomes the method's return value, otherwise the movie gets the status as a number.
+class ASResult {
+public:
+    virtual void SetValue(const ASValue& value) = 0;
+    virtual void SetStatus(int32_t status) = 0;
+
+protected:
+    ~ASResult() = default;
+};
+
+// The stage as native code sees it. One per window set; valid until the window set is destroyed
+// and used on the script thread only.
+class ASContext {
+public:
+    // The value factory. Each returns a new handle (null only when memory runs out).
+    virtual ASValue* NewUndefined() = 0;
+    virtual ASValue* NewNull() = 0;
+    virtual ASValue* NewBoolean(bool value) = 0;
+    virtual ASValue* NewNumber(double value) = 0;
+    virtual ASValue* NewInt(int32_t value) = 0;
+    virtual ASValue* NewString(const char* text) = 0;  // null makes ""
+    virtual ASValue* NewString(const char* bytes, size_t size) = 0;
+    // `new className(args...)` for a global constructor ("Object", "Array", "Date"); null when
+    // there is no such constructor or it threw.
+    virtual ASObject* NewInstance(const char* className, uint32_t argc = 0,
+                                  const ASValue* const* argv = nullptr) = 0;
+    // new Date(year, month0, day, hour, minute, second) in local time.
+    virtual ASObject* NewDate(int32_t year, int32_t month0, int32_t day, int32_t hour,
+                              int32_t minute, int32_t second) = 0;
+
+    // OnUpdate of `instance` is called on every turn of the stage loop from RequestUpdates until
+    // StopUpdates (both idempotent; safe from inside OnUpdate).
+    virtual void RequestUpdates(ASExtensionClass& instance) = 0;
+    virtual void StopUpdates(ASExtensionClass& instance) = 0;
+    // Ends the movie: the run returns once the current script call is finished.
+    virtual void Stop() = 0;
+
+protected:
+    ~ASContext() = default;
+};
+
+class ASExtensionClass {
+public:
+    typedef void (ASExtensionClass::*MethodHandler)(ASContext& context, ASObject& self,
+                                                    AEArray<ASValue*>& args, ASResult& result);
+
+    // One method-table entry: a plain record, copied as a block.
+    struct Method {
+        const char* name;
+        int32_t isStatic;  // 1: called on the constructor, no instance state needed
+        MethodHandler handler;
+    };
+
+    virtual ~ASExtensionClass() = default;
+
+    // Called on the script thread while updates are requested (ASContext::RequestUpdates).
+    virtual void OnUpdate(ASContext& context) { (void)context; }
+};
+
+// Turns a derived class's handler into a table entry's handler (the classes derive singly from
+// ASExtensionClass, so the conversion needs no this-adjustment).
+template <class Derived>
+inline ASExtensionClass::MethodHandler AEHandler(void (Derived::*handler)(ASContext&, ASObject&,
+                                                                          AEArray<ASValue*>&,
+                                                                          ASResult&)) {
+    return static_cast<ASExtensionClass::MethodHandler>(handler);
+}
+
+// Describes one class to the runtime.
+class ASExtensionClassDescriptor {
+public:
+    virtual const char* GetClassName() = 0;  // the class id, "com.kestrel.LMWSLib"
+    // Appends the class's entries in table order after whatever `methods` already holds.
+    virtual void GetMethods(AEArray<ASExtensionClass::Method>& methods) = 0;
+    virtual bool FiresEvents() = 0;
+    // Null refuses the construction (the script's `new` throws).
+    virtual ASExtensionClass* ConstructInstance(ASContext& context) = 0;
+    virtual void DestructInstance(ASExtensionClass* instance) = 0;
+
+protected:
+    ~ASExtensionClassDescriptor() = default;
+};
+
+}  // namespace stagecraft
+}  // namespace ae
+
+#endif  // AE_ASEXTENSIONCLASS_H
