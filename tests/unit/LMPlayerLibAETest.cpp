@@ -351,6 +351,7 @@ protected:
         g_Now = {};
         lmplayer::SetStandInClock([] { return g_Now; });
         m_BlocksBefore = g_Kernel.blocks;
+        m_HandlesBefore = g_Handles;
         LMPlayerClassDescriptor().GetMethods(m_Methods);
         m_Player = LMPlayerClassDescriptor().ConstructInstance(m_Context);
         ASSERT_NE(m_Player, nullptr);
@@ -361,7 +362,7 @@ protected:
         LMPlayerClassDescriptor().DestructInstance(m_Player);
         m_Methods.Clear();
         lmplayer::SetStandInClock(nullptr);
-        EXPECT_EQ(g_Handles, 0) << "script value handles left open";
+        EXPECT_EQ(g_Handles, m_HandlesBefore) << "script value handles left open";
         EXPECT_EQ(g_Kernel.blocks, m_BlocksBefore) << "kernel blocks left allocated";
         EXPECT_EQ(g_Kernel.asserts, 0);
     }
@@ -419,6 +420,7 @@ protected:
     AEArray<ASExtensionClass::Method> m_Methods;
     ASExtensionClass* m_Player = nullptr;
     long m_BlocksBefore = 0;
+    int m_HandlesBefore = 0;
 };
 
 using Calls = std::vector<std::string>;
