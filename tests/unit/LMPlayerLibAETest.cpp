@@ -184,20 +184,14 @@ public:
         auto it = m_D->properties.find(name);
         return new FakeValue(it != m_D->properties.end() ? it->second : Undefined());
     }
-    bool HasProperty(const char* name) override { return m_D->properties.count(name) != 0; }
-    bool SetProperty(const char* name, const ASValue& value) override {
-        m_D->properties[name] = Of(value);
-        return true;
-    }
-    bool SetNumber(const char* name, double value) override { return Set(name, Num(value)); }
-    bool SetInt(const char* name, int32_t value) override { return Set(name, Num(value)); }
-    bool SetBoolean(const char* name, bool value) override { return Set(name, Bool(value)); }
-    bool SetString(const char* name, const char* value) override {
-        return Set(name, Str(value ? value : ""));
-    }
-    bool SetString(const char* name, const char* bytes, size_t size) override {
-        return Set(name, Str(std::string(bytes, size)));
-    }
+    // The player only reads properties.
+    bool HasProperty(const char*) override { return false; }
+    bool SetProperty(const char*, const ASValue&) override { return false; }
+    bool SetNumber(const char*, double) override { return false; }
+    bool SetInt(const char*, int32_t) override { return false; }
+    bool SetBoolean(const char*, bool) override { return false; }
+    bool SetString(const char*, const char*) override { return false; }
+    bool SetString(const char*, const char*, size_t) override { return false; }
     uint32_t GetLength() override { return static_cast<uint32_t>(m_D->elements.size()); }
     ASValue* GetElement(uint32_t index) override {
         return new FakeValue(index < m_D->elements.size() ? m_D->elements[index] : Undefined());
@@ -228,11 +222,6 @@ public:
     }
 
 private:
-    bool Set(const char* name, Data value) {
-        m_D->properties[name] = std::move(value);
-        return true;
-    }
-
     Data m_D;
 };
 
