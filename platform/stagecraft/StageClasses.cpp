@@ -265,7 +265,7 @@ StageWindowSet::ThrowKind StageWindowSet::InvokeMethod(duk_context* ctx, uint32_
         CallHandles handles(*this);
         AEArray<ASValue*> args;
         StageValue* thisValue = nullptr;
-        if (!handles.Reserve(static_cast<uint32_t>(argc)) ||
+        if (!handles.Reserve(static_cast<uint32_t>(argc) + 1) ||
             !args.Reserve(static_cast<uint32_t>(argc)) ||
             !(thisValue = BorrowValue(ctx, thisIndex))) {
             SetThrow(kThrowError, "%s.%s: out of memory", className, method.name);
@@ -328,13 +328,15 @@ ASExtensionClass* StageWindowSet::ClassInstance(ClassSlot& slot) {
 
 duk_ret_t StageWindowSet::InstanceFinalizer(duk_context* ctx) {
     duk_get_prop_string(ctx, 0, STAGE_KEY_INSTANCE);
-    void* instance = duk_get_pointer(ctx, -1);
+    auto* instance = static_cast<Instance*>(duk_get_pointer(ctx, -1));
     duk_pop(ctx);
-    if (!instance)
+    // The engine also calls the finalizer for objects that inherit from an instance; they
+    // see its hidden property through the prototype, and are no instance.
+    if (!instance || instance->object != duk_get_heapptr(ctx, 0))
         return 0;
     // Gone from the object first: should the object come back to life, it is no instance.
     duk_del_prop_string(ctx, 0, STAGE_KEY_INSTANCE);
-    Of(ctx)->FinalizeInstance(static_cast<Instance*>(instance));
+    Of(ctx)->FinalizeInstance(instance);
     return 0;
 }
 
