@@ -166,6 +166,19 @@ duk_ret_t NewBody(duk_context* ctx, void* udata) {
         op.missing = true;
         return 0;
     }
+    // new Object() and new Array() of the built-in constructors, the common case when native
+    // code builds results, need no constructor call.
+    if (op.argc == 0) {
+        void* constructor = duk_get_heapptr(ctx, -1);
+        if (constructor == op.windowSet->BuiltinObject()) {
+            duk_push_object(ctx);
+            return ReturnResult(ctx, op);
+        }
+        if (constructor == op.windowSet->BuiltinArray()) {
+            duk_push_array(ctx);
+            return ReturnResult(ctx, op);
+        }
+    }
     PushArguments(ctx, op);
     duk_new(ctx, static_cast<duk_idx_t>(op.argc));
     return ReturnResult(ctx, op);

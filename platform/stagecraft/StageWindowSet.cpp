@@ -225,6 +225,16 @@ duk_ret_t StageWindowSet::InstallGlobalsBody(duk_context* ctx, void* udata) {
     duk_put_prop_string(ctx, -2, "finalizer");
     duk_pop(ctx);
 
+    // The built-in constructors, kept in the keep table: the movie may replace the globals.
+    duk_push_heapptr(ctx, self->m_KeepTable);
+    duk_get_global_string(ctx, "Object");
+    self->m_BuiltinObject = duk_get_heapptr(ctx, -1);
+    duk_put_prop_string(ctx, -2, "Object");
+    duk_get_global_string(ctx, "Array");
+    self->m_BuiltinArray = duk_get_heapptr(ctx, -1);
+    duk_put_prop_string(ctx, -2, "Array");
+    duk_pop(ctx);
+
     self->InstallClasses(ctx);
 
     // flashvars: decoded before the heap was made (DecodeFlashvars allocates and may throw,

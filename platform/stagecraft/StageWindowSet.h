@@ -77,6 +77,9 @@ public:
     // that the protected body has already put in the handle table.
     StageValue* AdoptTop(duk_context* ctx, uint32_t slot, bool stashed);
     void* HandleTable() const { return m_HandleTable; }
+    // The engine's own Object and Array constructors (held in the keep table).
+    void* BuiltinObject() const { return m_BuiltinObject; }
+    void* BuiltinArray() const { return m_BuiltinArray; }
 
     // Runs `body` protected on Ctx(); on success its one result is left on top. On a throw the
     // error is reported (printed, the run ends with kASRunScriptError) when `report`, and
@@ -167,6 +170,8 @@ private:
     void* m_TimerTable = nullptr;
     void* m_KeepTable = nullptr;
     void* m_Finalizer = nullptr;
+    void* m_BuiltinObject = nullptr;
+    void* m_BuiltinArray = nullptr;
     bool m_HasRun = false;
 
     // Handles: the live registry (doubly linked), released ones kept for reuse, and the

@@ -518,6 +518,21 @@ TEST_F(StageTest, RefusedConstructionThrowsInTheMovie) {
     EXPECT_EQ(r.exitCode, 7);
 }
 
+TEST_F(StageTest, ClassesRegisteredLaterAppearOnlyInLaterWindowSets) {
+    struct Late : ASExtensionClassDescriptor {
+        const char* GetClassName() override { return "com.kestrel.test.Late"; }
+        void GetMethods(AEArray<ASExtensionClass::Method>&) override {}
+        bool FiresEvents() override { return false; }
+        ASExtensionClass* ConstructInstance(ASContext&) override { return nullptr; }
+        void DestructInstance(ASExtensionClass*) override {}
+    };
+    static Late late;
+    const char* movie = "Probe.log(typeof Late); Probe.stop();";
+    Run(movie, {}, [] { EXPECT_EQ(Stage().RegisterExtensionClass(late), AEError_OK); });
+    Run(movie);
+    EXPECT_EQ(Log(), (std::vector<std::string>{"undefined", "function"}));
+}
+
 // --- globals ---
 
 TEST_F(StageTest, FlashvarsAreDecoded) {
