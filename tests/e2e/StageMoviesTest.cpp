@@ -12,7 +12,7 @@
 
 namespace {
 
-struct Run {
+struct StageRun {
     int status = -1;
     std::string out;
     std::string err;
@@ -27,13 +27,13 @@ std::string Slurp(const std::string& path) {
 }
 
 // Runs `runner` with the movie (relative to movies/tests) and the extra arguments.
-Run Stage(const char* runner, const std::string& movie, const std::string& extra = "") {
+StageRun Stage(const char* runner, const std::string& movie, const std::string& extra = "") {
     TempDir dir;
     std::string command = std::string("'") + runner + "' '" + LM_TEST_MOVIES + "/" + movie + "' " +
                           extra + " >'" + (dir / "out") + "' 2>'" + (dir / "err") + "'";
     auto start = std::chrono::steady_clock::now();
     int raw = std::system(command.c_str());
-    Run run;
+    StageRun run;
     run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw);
     run.out = Slurp(dir / "out");
@@ -41,12 +41,12 @@ Run Stage(const char* runner, const std::string& movie, const std::string& extra
     return run;
 }
 
-Run TestStage(const std::string& movie, const std::string& extra = "") {
+StageRun TestStage(const std::string& movie, const std::string& extra = "") {
     return Stage(LM_LMSTAGE_TEST, movie, extra);
 }
 
 TEST(StageMovies, QuitKeyFromAnotherThreadEndsTheHelloMovie) {
-    Run run =
+    StageRun run =
         Stage(LM_LMSTAGE, "hello.js",
               "--quit-after 1 --flashvars 'modelNumber=123456&path=%2Fvar%2Fx&plus=a+b&bare'");
     EXPECT_EQ(run.status, 0) << run.err;
@@ -60,31 +60,31 @@ TEST(StageMovies, QuitKeyFromAnotherThreadEndsTheHelloMovie) {
 }
 
 TEST(StageMovies, ValuesCrossBetweenMovieAndNativeCodeWithTheirTypes) {
-    Run run = TestStage("values.js");
+    StageRun run = TestStage("values.js");
     EXPECT_EQ(run.status, 0) << run.out << run.err;
     EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
 }
 
 TEST(StageMovies, WorkerCompletionArrivesOnTheScriptThread) {
-    Run run = TestStage("async.js");
+    StageRun run = TestStage("async.js");
     EXPECT_EQ(run.status, 0) << run.out << run.err;
     EXPECT_NE(run.out.find("started 0, second call -2\n"), std::string::npos) << run.out;
 }
 
 TEST(StageMovies, TimersFireInOrderAndCancel) {
-    Run run = TestStage("timers.js");
+    StageRun run = TestStage("timers.js");
     EXPECT_EQ(run.status, 0) << run.out << run.err;
 }
 
 TEST(StageMovies, StopFromNativeCodeEndsTheRunAfterTheCurrentCall) {
-    Run run = TestStage("quit.js");
+    StageRun run = TestStage("quit.js");
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_NE(run.out.find("stopping\nstill running the current call\n"), std::string::npos)
         << run.out;
 }
 
 TEST(StageMovies, UncaughtScriptErrorNamesFileAndLineAndFails) {
-    Run run = TestStage("script-error.js");
+    StageRun run = TestStage("script-error.js");
     EXPECT_EQ(run.status, 1);
     EXPECT_NE(run.out.find("about to fail\n"), std::string::npos) << run.out;
     EXPECT_NE(run.err.find("script-error.js:4"), std::string::npos) << run.err;
@@ -92,17 +92,17 @@ TEST(StageMovies, UncaughtScriptErrorNamesFileAndLineAndFails) {
 }
 
 TEST(StageMovies, TimeOutGives124) {
-    Run run = TestStage("forever.js", "--timeout 0.5");
+    StageRun run = TestStage("forever.js", "--timeout 0.5");
     EXPECT_EQ(run.status, 124) << run.err;
     EXPECT_LT(run.seconds, 10);
 }
 
 TEST(StageMovies, MissingMovieAndBadArgumentsAreClearFailures) {
-    Run missing = TestStage("no-such-movie.js");
+    StageRun missing = TestStage("no-such-movie.js");
     EXPECT_EQ(missing.status, 1);
     EXPECT_NE(missing.err.find("no-such-movie.js"), std::string::npos) << missing.err;
 
-    Run bad = TestStage("forever.js", "--timeout soon");
+    StageRun bad = TestStage("forever.js", "--timeout soon");
     EXPECT_EQ(bad.status, 2);
     EXPECT_NE(bad.err.find("--timeout"), std::string::npos) << bad.err;
 }
