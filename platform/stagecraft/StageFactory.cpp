@@ -1,0 +1,282 @@
+// The window set's side of the value handles (allocation, the registry, handle-table slots)
+// and the context's value factory.
+#include <cstring>
+#include <new>
+
+#include "StageValueOps.h"
+#include "StageWindowSet.h"
+
+namespace ae {
+namespace stagecraft {
+
+using namespace valueops;
+
+namespace {
+
+duk_ret_t NewBody(duk_context* ctx, void* udata) {
+    auto& op = *static_cast<ValueOp*>(udata);
+    duk_get_global_string(ctx, op.name);
+    if (!duk_is_constructable(ctx, -1)) {
+        op.missing = true;
+        return 0;
+    }
+    // new Object() and new Array() of the built-in constructors, the common case when native
+    // code builds results, need no constructor call.
+    if (op.argc == 0) {
+        void* constructor = duk_get_heapptr(ctx, -1);
+        if (constructor == op.windowSet->BuiltinObject()) {
+            duk_push_object(ctx);
+            return ReturnResult(ctx, op);
+        }
+        if (constructor == op.windowSet->BuiltinArray()) {
+            duk_push_array(ctx);
+            return ReturnResult(ctx, op);
+        }
+    }
+    PushArguments(ctx, op);
+    duk_new(ctx, static_cast<duk_idx_t>(op.argc));
+    return ReturnResult(ctx, op);
+}
+
+duk_ret_t NewDateBody(duk_context* ctx, void* udata) {
+    auto& op = *static_cast<ValueOp*>(udata);
+    duk_get_global_string(ctx, "Date");
+    duk_push_int(ctx, op.year);
+    duk_push_int(ctx, op.month);
+    duk_push_int(ctx, op.day);
+    duk_push_int(ctx, op.hour);
+    duk_push_int(ctx, op.minute);
+    duk_push_int(ctx, op.second);
+    duk_new(ctx, 6);
+    return ReturnResult(ctx, op);
+}
+
+}  // namespace
+
+// --- the window set's side of the handles ---
+
+StageValue* StageWindowSet::AllocValue() {
+    StageValue* value = m_FreeValues;
+    if (value) {
+        m_FreeValues = value->m_Next;
+        --m_FreeCount;
+    } else {
+        value = new (std::nothrow) StageValue();
+        if (!value)
+            return nullptr;
+    }
+    value->m_Owner = this;
+    value->m_Type = kASTypeUndefined;
+    value->m_Borrowed = false;
+    value->m_Slot = 0;
+    value->m_Object = nullptr;
+    value->m_Prev = nullptr;
+    value->m_Next = m_LiveValues;
+    if (m_LiveValues)
+        m_LiveValues->m_Prev = value;
+    m_LiveValues = value;
+    return value;
+}
+
+void StageWindowSet::FreeValue(StageValue* value) {
+    if (value->m_Prev)
+        value->m_Prev->m_Next = value->m_Next;
+    else
+        m_LiveValues = value->m_Next;
+    if (value->m_Next)
+        value->m_Next->m_Prev = value->m_Prev;
+    if (value->m_Slot)
+        ForgetSlot(value->m_Slot);
+    value->FreeBytes();
+    value->m_Slot = 0;
+    value->m_Owner = nullptr;
+    value->m_Prev = nullptr;
+    if (m_FreeCount >= kMaxFreeValues) {
+        delete value;
+        return;
+    }
+    value->m_Next = m_FreeValues;
+    m_FreeValues = value;
+    ++m_FreeCount;
+}
+
+uint32_t StageWindowSet::ReserveSlot() {
+    if (!m_FreeSlots.empty()) {
+        uint32_t slot = m_FreeSlots.back();
+        m_FreeSlots.pop_back();
+        return slot;
+    }
+    return m_NextSlot++;
+}
+
+void StageWindowSet::UnreserveSlot(uint32_t slot) {
+    if (slot == 0)
+        return;
+    try {
+        m_FreeSlots.push_back(slot);
+    } catch (...) {
+        // The slot is not used again; nothing else is lost.
+    }
+}
+
+void StageWindowSet::ForgetSlot(uint32_t slot) {
+    if (EngineUsable()) {
+        duk_push_heapptr(m_Ctx, m_HandleTable);
+        duk_del_prop_index(m_Ctx, -1, slot);
+        duk_pop(m_Ctx);
+    }
+    UnreserveSlot(slot);
+}
+
+StageValue* StageWindowSet::BorrowValue(duk_context* ctx, duk_idx_t idx) {
+    StageValue* value = AllocValue();
+    if (!value)
+        return nullptr;
+    switch (duk_get_type(ctx, idx)) {
+        case DUK_TYPE_NULL:
+            value->m_Type = kASTypeNull;
+            break;
+        case DUK_TYPE_BOOLEAN:
+            value->m_Type = kASTypeBoolean;
+            value->m_Bool = duk_get_boolean(ctx, idx);
+            break;
+        case DUK_TYPE_NUMBER:
+            value->m_Type = kASTypeNumber;
+            value->m_Number = duk_get_number(ctx, idx);
+            break;
+        case DUK_TYPE_STRING: {
+            duk_size_t size = 0;
+            const char* bytes = duk_get_lstring(ctx, idx, &size);
+            if (!value->AssignBytes(bytes, size)) {
+                FreeValue(value);
+                return nullptr;
+            }
+            value->m_Type = kASTypeString;
+            break;
+        }
+        case DUK_TYPE_OBJECT:
+            value->m_Type = kASTypeObject;
+            value->m_Object = duk_get_heapptr(ctx, idx);
+            value->m_Borrowed = true;
+            break;
+        default:
+            break;  // undefined, and what the script cannot hold (pointers)
+    }
+    return value;
+}
+
+StageValue* StageWindowSet::AdoptTop(duk_context* ctx, uint32_t slot, bool stashed) {
+    StageValue* value = nullptr;
+    if (stashed) {
+        value = AllocValue();
+        if (value) {
+            value->m_Type = kASTypeObject;
+            value->m_Object = duk_get_heapptr(ctx, -1);
+            value->m_Slot = slot;
+        } else {
+            ForgetSlot(slot);
+        }
+    } else {
+        UnreserveSlot(slot);
+        if (duk_get_type(ctx, -1) != DUK_TYPE_OBJECT) {
+            value = BorrowValue(ctx, -1);  // a primitive: held in the handle
+            if (value)
+                value->m_Borrowed = false;
+        }
+    }
+    duk_pop(ctx);
+    return value;
+}
+
+// --- the factory ---
+
+ASValue* StageWindowSet::NewUndefined() {
+    return EngineUsable() ? AllocValue() : nullptr;
+}
+
+ASValue* StageWindowSet::NewNull() {
+    StageValue* value = EngineUsable() ? AllocValue() : nullptr;
+    if (value)
+        value->m_Type = kASTypeNull;
+    return value;
+}
+
+ASValue* StageWindowSet::NewBoolean(bool flag) {
+    StageValue* value = EngineUsable() ? AllocValue() : nullptr;
+    if (value) {
+        value->m_Type = kASTypeBoolean;
+        value->m_Bool = flag;
+    }
+    return value;
+}
+
+ASValue* StageWindowSet::NewNumber(double number) {
+    StageValue* value = EngineUsable() ? AllocValue() : nullptr;
+    if (value) {
+        value->m_Type = kASTypeNumber;
+        value->m_Number = number;
+    }
+    return value;
+}
+
+ASValue* StageWindowSet::NewInt(int32_t number) {
+    return NewNumber(number);
+}
+
+ASValue* StageWindowSet::NewString(const char* text) {
+    return NewString(text ? text : "", text ? std::strlen(text) : 0);
+}
+
+ASValue* StageWindowSet::NewString(const char* bytes, size_t size) {
+    StageValue* value = EngineUsable() ? AllocValue() : nullptr;
+    if (!value)
+        return nullptr;
+    if (!value->AssignBytes(bytes ? bytes : "", bytes ? size : 0)) {
+        FreeValue(value);
+        return nullptr;
+    }
+    value->m_Type = kASTypeString;
+    return value;
+}
+
+ASObject* StageWindowSet::NewInstance(const char* className, uint32_t argc,
+                                      const ASValue* const* argv) {
+    if (!className || !EngineUsable() || !ArgumentsUsable(this, argc, argv))
+        return nullptr;
+    ValueOp op = MakeOp(this, nullptr);
+    op.name = className;
+    op.argc = argc;
+    op.argv = argv;
+    op.slot = ReserveSlot();
+    if (!Protected(NewBody, &op, true) || op.missing) {
+        if (op.missing)
+            duk_pop(m_Ctx);
+        UnreserveSlot(op.slot);
+        return nullptr;
+    }
+    StageValue* value = AdoptTop(m_Ctx, op.slot, op.stashed);
+    return value ? value->AsObject() : nullptr;
+}
+
+ASObject* StageWindowSet::NewDate(int32_t year, int32_t month0, int32_t day, int32_t hour,
+                                  int32_t minute, int32_t second) {
+    if (!EngineUsable())
+        return nullptr;
+    ValueOp op = MakeOp(this, nullptr);
+    op.year = year;
+    op.month = month0;
+    op.day = day;
+    op.hour = hour;
+    op.minute = minute;
+    op.second = second;
+    op.slot = ReserveSlot();
+    if (!Protected(NewDateBody, &op, true)) {
+        UnreserveSlot(op.slot);
+        return nullptr;
+    }
+    StageValue* value = AdoptTop(m_Ctx, op.slot, op.stashed);
+    return value ? value->AsObject() : nullptr;
+}
+
+}  // namespace stagecraft
+}  // namespace ae
