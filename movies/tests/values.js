@@ -44,6 +44,20 @@ check(tree.when instanceof Date && tree.when.getFullYear() === 2026 && tree.when
       tree.when.getSeconds() === 27, "the Date is built in local time with a zero-based month");
 check(tree.nested.inner === "x", "objects nest");
 
+var shaped = t.makeShaped(0);
+check(Object.keys(shaped).join(",") === "count,ratio,ok,name,say \"hi\"\\,list,none",
+      "a shaped object has its properties in order: " + Object.keys(shaped).join(","));
+check(shaped.count === -7 && shaped.ratio === 2.5 && shaped.ok === true &&
+      shaped.name === "a\u0000b" && shaped["say \"hi\"\\"] === "quoted" &&
+      shaped.list instanceof Array && shaped.none === undefined && "none" in shaped,
+      "a shaped object's fields keep their types");
+check(t.makeShaped(0) !== shaped && Object.keys(t.makeShaped(0)).length === 7,
+      "each shaped object is a new object");
+var odd = t.makeShaped(1);
+check(Object.getPrototypeOf(odd) === Object.prototype && odd.hasOwnProperty("__proto__") === false ||
+      Object.keys(odd).join(",") === "first,__proto__,last",
+      "a name the fast path cannot take still gives a plain object: " + Object.keys(odd).join(","));
+
 var threw = false;
 try {
     t.throwNative();

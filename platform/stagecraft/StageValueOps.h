@@ -31,6 +31,9 @@ struct ValueOp {
     bool stashed;   // the result was put in the handle table
     bool missing;   // no such function
     int32_t year, month, day, hour, minute, second;
+    const ASShape* shape;
+    const ASField* fields;
+    void* maker;  // the shape's compiled maker function
 };
 
 inline ValueOp MakeOp(StageWindowSet* windowSet, const StageValue* target) {

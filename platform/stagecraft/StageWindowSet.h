@@ -54,6 +54,7 @@ public:
                           const ASValue* const* argv) override;
     ASObject* NewDate(int32_t year, int32_t month0, int32_t day, int32_t hour, int32_t minute,
                       int32_t second) override;
+    ASObject* NewShapedObject(const ASShape& shape, const ASField* fields) override;
     void RequestUpdates(ASExtensionClass& instance) override;
     void StopUpdates(ASExtensionClass& instance) override;
     void Stop() override;
@@ -185,6 +186,10 @@ private:
 
     std::unordered_map<ASExtensionClass*, Instance*> m_Instances;
     std::vector<ASExtensionClass*> m_Updates;
+
+    // Compiled makers of shaped objects by names table and count (null: use the slow path).
+    void* ShapeMaker(const ASShape& shape);
+    std::map<std::pair<const void*, uint32_t>, void*> m_ShapeMakers;
 
     std::map<uint32_t, Timer> m_Timers;
     uint32_t m_NextTimerId = 1;

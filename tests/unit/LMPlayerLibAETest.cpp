@@ -246,6 +246,10 @@ public:
     ASObject* NewDate(int32_t, int32_t, int32_t, int32_t, int32_t, int32_t) override {
         return nullptr;
     }
+    ASObject* NewShapedObject(const ae::stagecraft::ASShape&,
+                              const ae::stagecraft::ASField*) override {
+        return nullptr;  // the player makes no shaped objects
+    }
     void RequestUpdates(ASExtensionClass& instance) override { updating = &instance; }
     void StopUpdates(ASExtensionClass& instance) override {
         if (updating == &instance)

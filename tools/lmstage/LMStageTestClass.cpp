@@ -4,6 +4,8 @@
 //   sees it makeTree()           returns an Object holding numbers, a string, a boolean, an Array,
 //   a Date
 //                        and a nested Object, built through the value factory
+//   makeShaped(which)    returns an Object made in one step from a shape: 0 a plain shape with
+//                        every kind of field, 1 a shape the fast path cannot take ("__proto__")
 //   startWork(fn, ms)    a native worker thread sleeps `ms` and finishes; OnUpdate then calls
 //                        fn({value, workerThreadDiffers, deliveredOnScriptThread}); -2 while busy
 //   throwNative()        throws a C++ exception out of the handler
@@ -102,6 +104,33 @@ public:
         result.SetStatus(0);
     }
 
+    void makeShaped(ASContext& context, ASObject&, Args& args, ASResult& result) {
+        static const char* const kPlain[] = {"count",        "ratio", "ok",  "name",
+                                             "say \"hi\"\\", "list",  "none"};
+        static const char* const kOdd[] = {"first", "__proto__", "last"};
+        Held list(context.NewInstance("Array"));
+        ae::stagecraft::ASField plain[] = {
+            ae::stagecraft::ASField::Int(-7),
+            ae::stagecraft::ASField::Number(2.5),
+            ae::stagecraft::ASField::Boolean(true),
+            ae::stagecraft::ASField::String("a\0b", 3),
+            ae::stagecraft::ASField::String("quoted"),
+            ae::stagecraft::ASField::Value(*list.value),
+            ae::stagecraft::ASField{},
+        };
+        ae::stagecraft::ASField odd[] = {ae::stagecraft::ASField::Int(1),
+                                         ae::stagecraft::ASField::String("own"),
+                                         ae::stagecraft::ASField::Int(3)};
+        bool isOdd = args.GetCount() == 1 && args[0]->ToInt32() == 1;
+        ae::stagecraft::ASShape shape =
+            isOdd ? ae::stagecraft::ASShape{kOdd, 3} : ae::stagecraft::ASShape{kPlain, 7};
+        Held made(context.NewShapedObject(shape, isOdd ? odd : plain));
+        if (!made.value)
+            return result.SetStatus(-1);
+        result.SetValue(*made.value);
+        result.SetStatus(0);
+    }
+
     void startWork(ASContext& context, ASObject&, Args& args, ASResult& result) {
         if (args.GetCount() != 2 || !args[0]->AsObject() || !args[0]->AsObject()->IsFunction())
             return result.SetStatus(-3);
@@ -175,6 +204,7 @@ public:
             {"echo", 0, AEHandler(&LMStageTest::echo)},
             {"describe", 0, AEHandler(&LMStageTest::describe)},
             {"makeTree", 0, AEHandler(&LMStageTest::makeTree)},
+            {"makeShaped", 0, AEHandler(&LMStageTest::makeShaped)},
             {"startWork", 0, AEHandler(&LMStageTest::startWork)},
             {"throwNative", 0, AEHandler(&LMStageTest::throwNative)},
             {"quit", 0, AEHandler(&LMStageTest::quit)},

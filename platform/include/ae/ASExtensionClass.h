@@ -9,6 +9,7 @@
 #define AE_ASEXTENSIONCLASS_H
 
 #include <cstdint>
+#include <cstring>
 
 #include "AEArray.h"
 #include "ASValue.h"
@@ -27,6 +28,36 @@ public:
 
 protected:
     ~ASResult() = default;
+};
+
+// A fixed, ordered list of property names for objects made in one step (NewShapedObject).
+// `names` must stay valid and unchanged while any stage runs (a static table): the kernel keeps
+// what it prepares for a shape under the table's address.
+struct ASShape {
+    const char* const* names;
+    uint32_t count;
+};
+
+// One property value of a shaped object.
+struct ASField {
+    enum Kind : int32_t { kUndefined, kInt, kNumber, kBoolean, kString, kValue };
+    Kind kind;
+    int32_t integer;
+    double number;
+    const char* bytes;     // kString; null is ""
+    size_t size;           // kString
+    const ASValue* value;  // kValue: a live handle of the same stage
+
+    static ASField Int(int32_t v) { return {kInt, v, 0, nullptr, 0, nullptr}; }
+    static ASField Number(double v) { return {kNumber, 0, v, nullptr, 0, nullptr}; }
+    static ASField Boolean(bool v) { return {kBoolean, v ? 1 : 0, 0, nullptr, 0, nullptr}; }
+    static ASField String(const char* text) {
+        return {kString, 0, 0, text, text ? std::strlen(text) : 0, nullptr};
+    }
+    static ASField String(const char* bytes, size_t size) {
+        return {kString, 0, 0, bytes, size, nullptr};
+    }
+    static ASField Value(const ASValue& v) { return {kValue, 0, 0, nullptr, 0, &v}; }
 };
 
 // The stage as native code sees it. One per window set; valid until the window set is destroyed
@@ -48,6 +79,10 @@ public:
     // new Date(year, month0, day, hour, minute, second) in local time.
     virtual ASObject* NewDate(int32_t year, int32_t month0, int32_t day, int32_t hour,
                               int32_t minute, int32_t second) = 0;
+    // A new Object whose own properties are shape.names[i] = fields[i], in that order: the same
+    // object as NewInstance("Object") followed by one Set per field, made in one engine step.
+    // Result trees repeat a few shapes many times; this is the fast way to build them.
+    virtual ASObject* NewShapedObject(const ASShape& shape, const ASField* fields) = 0;
 
     // OnUpdate of `instance` is called on every turn of the stage loop from RequestUpdates until
     // StopUpdates (both idempotent; safe from inside OnUpdate).
