@@ -104,19 +104,22 @@ TEST(Launcher, TheHostAsksAndThePostedQuitKeyEndsTheMovie) {
     session.Movie("hello.js", "lmcesdk2_ke.js");
     Outcome run = session.Launch("--uninit-after 1", "2");
     EXPECT_EQ(run.status, 0) << run.out << run.err;
+    // The main thread's lines and the listener's interleave; each thread's are in order.
     EXPECT_TRUE(InOrder(
-        run.out,
-        {"[LMEDK_1.5]LM UI type = 2 \n", "[LMEDK_1.5]lm_stagecraft_ipc_init enter \n",
-         "[LMEDK_1.5]start_lm_app_ipc_listen_thread create ok! \n",
-         "[LMEDK_1.5]Start LM FLASH Now \n", "[LMEDK_1.5]IPC get 3 \n",
-         "[LMEDK_1.5]NETWORK_MSG_STUB_UNINIT !\n",
-         "[LMEDK_1.5]Call----> lm_stagecraft_uninit_proc \n",
-         "[LMEDK_1.5]exit_lm_stagecraft leave! \n", "[LMEDK_1.5]LM FLASH Run Over! \n",
-         "[LMEDK_1.5]LM FLASH Run End \n", "[LMEDK_1.5]Not active exit, release resource \n",
-         "[LMEDK_1.5]Call----> lm_stagecraft_exit_by_bdp_release \n"}));
+        run.out, {"[LMEDK_1.5]LM UI type = 2 \n", "[LMEDK_1.5]lm_stagecraft_ipc_init enter \n",
+                  "[LMEDK_1.5]start_lm_app_ipc_listen_thread create ok! \n",
+                  "[LMEDK_1.5]Start LM FLASH Now \n", "key down 0x400100\n",
+                  "[LMEDK_1.5]LM FLASH Run Over! \n", "[LMEDK_1.5]LM FLASH Run End \n",
+                  "[LMEDK_1.5]Not active exit, release resource \n",
+                  "[LMEDK_1.5]Call----> lm_stagecraft_exit_by_bdp_release \n"}));
+    EXPECT_TRUE(InOrder(run.out, {"[LMEDK_1.5]Start LM FLASH Now \n", "[LMEDK_1.5]IPC get 3 \n",
+                                  "[LMEDK_1.5]NETWORK_MSG_STUB_UNINIT !\n",
+                                  "[LMEDK_1.5]Call----> lm_stagecraft_uninit_proc \n",
+                                  "[LMEDK_1.5]exit_lm_stagecraft enter! \n",
+                                  "[LMEDK_1.5]exit_lm_stagecraft leave! \n",
+                                  "[LMEDK_1.5]ipc listener thread main has exit!\n"}));
     EXPECT_TRUE(
         InOrder(run.out, {"[LMEDK_1.5]IPC get 1 \n", "[LMEDK_1.5]NETWORK_MSG_STUB_INIT !\n"}));
-    EXPECT_TRUE(Contains(run.out, "key down 0x400100\n")) << run.out;
     EXPECT_TRUE(Contains(run.out, "lmhost: received 4 UNINIT_RET\n")) << run.out;
     EXPECT_FALSE(Contains(run.out, "Active Exit")) << run.out;
     EXPECT_FALSE(Contains(run.out, "FINALIZE")) << run.out;
@@ -153,10 +156,10 @@ TEST(Launcher, ALinkThatFailsIsTakenAsTheHostsRequest) {
         {"[LMEDK_1.5]Start LM FLASH Now \n",
          "[LMEDK_1.5]listener thread main, lm_app_recv_ipc_msg() failed! ERR =-1 ,Release flash "
          "resource \n",
-         "[LMEDK_1.5]Call----> lm_stagecraft_uninit_proc \n",
-         "[LMEDK_1.5]exit_lm_stagecraft leave! \n", "[LMEDK_1.5]LM FLASH Run Over! \n",
-         "[LMEDK_1.5]Not active exit, release resource \n",
+         "[LMEDK_1.5]Call----> lm_stagecraft_uninit_proc \n", "key down 0x400100\n",
+         "[LMEDK_1.5]LM FLASH Run Over! \n", "[LMEDK_1.5]Not active exit, release resource \n",
          "[LMEDK_1.5]IPC:,NETWORK_MSG_STUB_UNINIT_RET failed! ERR = \n"}));
+    EXPECT_TRUE(Contains(run.out, "[LMEDK_1.5]exit_lm_stagecraft leave! \n")) << run.out;
     EXPECT_FALSE(Contains(run.out, "Active Exit")) << run.out;
     EXPECT_TRUE(Contains(run.err, kExited0)) << run.err;
 }
@@ -166,11 +169,13 @@ TEST(Launcher, AnEarlyRequestWaitsForTheMovieToStart) {
     session.Movie("slow-start.js", "lmcesdk2_ke.js");
     Outcome run = session.Launch("--uninit-after 0", "2");
     EXPECT_EQ(run.status, 0) << run.out << run.err;
-    EXPECT_TRUE(InOrder(
-        run.out, {"[LMEDK_1.5]NETWORK_MSG_STUB_UNINIT !\n",
-                  "[LMEDK_1.5]exit_lm_stagecraft: wait stagecraft instance to be created \n",
-                  "[LMEDK_1.5]exit_lm_stagecraft leave! \n", "[LMEDK_1.5]LM FLASH Run Over! \n",
-                  "[LMEDK_1.5]Not active exit, release resource \n"}));
+    EXPECT_TRUE(InOrder(run.out,
+                        {"[LMEDK_1.5]NETWORK_MSG_STUB_UNINIT !\n",
+                         "[LMEDK_1.5]exit_lm_stagecraft: wait stagecraft instance to be created \n",
+                         "[LMEDK_1.5]exit_lm_stagecraft leave! \n"}));
+    EXPECT_TRUE(
+        InOrder(run.out, {"[LMEDK_1.5]Start LM FLASH Now \n", "[LMEDK_1.5]LM FLASH Run Over! \n",
+                          "[LMEDK_1.5]Not active exit, release resource \n"}));
     EXPECT_TRUE(Contains(run.out, "lmhost: received 4 UNINIT_RET\n")) << run.out;
 }
 
