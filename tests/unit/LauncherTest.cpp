@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstring>
 #include <condition_variable>
 #include <future>
 #include <mutex>
@@ -98,18 +97,6 @@ TEST(Launcher, FlashvarsFromTheEnvironmentReplaceTheDefaultButNotTheMovie) {
     LMRuntimeArguments given = LMBuildRuntimeArguments(row, "a=1&b= 2");
     EXPECT_STREQ(given[9], "a=1&b= 2");
     EXPECT_STREQ(given[10], defaults[10]);
-}
-
-TEST(Launcher, RowsZeroAndOneDifferOnlyInCountryAndFolder) {
-    std::string zero = LMFindUIVariant(0)->flashvars;
-    std::string one = LMFindUIVariant(1)->flashvars;
-    for (auto swap : {std::make_pair("/1_00/", "/41_00/"),
-                      std::make_pair("defaultCountryID=1&", "defaultCountryID=41&")}) {
-        for (size_t at = zero.find(swap.first); at != std::string::npos; at = zero.find(swap.first))
-            zero.replace(at, std::strlen(swap.first), swap.second);
-    }
-    EXPECT_EQ(zero, one);
-    EXPECT_STREQ(LMFindUIVariant(0)->movie, LMFindUIVariant(1)->movie);
 }
 
 TEST(Launcher, TheExitRoutinePostsThePreExitKeyOnlyWhenFlagged) {
