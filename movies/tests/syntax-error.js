@@ -1,0 +1,2 @@
+// Does not compile: the window set cannot be created.
+trace("never printed";
