@@ -23,6 +23,8 @@ constexpr int kPreExitSleep = 800;
 
 // Written by the listener, read by the launcher and the stop routine; it only ever becomes set.
 std::atomic<bool> g_IPCEnded{false};
+// Set once FINALIZE went out: the host then knows that the program is quitting.
+std::atomic<bool> g_FinalizeSent{false};
 
 // The listener: started at most once, by the main thread, which alone joins it.
 pthread_t g_Listener;
@@ -130,7 +132,12 @@ int stop_lm_app_ipc_listen_thread() {
         LMLauncherPrint("[LMEDK_1.5]send NETWORK_MSG_STUB_FINALIZE failed! ERR =%d \n", ret);
         return -1;
     }
+    g_FinalizeSent.store(true, std::memory_order_release);
     return 0;
+}
+
+bool LMHostFinalizeSent() {
+    return g_FinalizeSent.load(std::memory_order_acquire);
 }
 
 // The stage instance may never come: when the window set could not be created, the launcher's

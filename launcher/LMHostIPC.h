@@ -38,6 +38,9 @@ void lm_stagecraft_unlock();
 // set it stays set.
 bool LMHostIPCEnded();
 
+// Whether FINALIZE was sent to the host.
+bool LMHostFinalizeSent();
+
 // Waits for the listener thread when the link is over (it then leaves promptly); a listener
 // still receiving from a host that holds the link open is left to end with the process.
 void LMJoinEndedListener();

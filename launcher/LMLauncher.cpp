@@ -139,7 +139,10 @@ void LMRunRuntime(int argc, const char* const* argv) {
         LMReleaseKernel();
     LMLauncherPrint("[LMEDK_1.5]LM FLASH Run End \n");
 
-    if (!g_ActiveExit)
+    // The host must hear that the program is gone. The active exit tells it with FINALIZE, but
+    // when the host's UNINIT arrived between the movie's end and that message, no FINALIZE went
+    // out (the link was already over) and the host waits for UNINIT_RET: send it then too.
+    if (!g_ActiveExit || !LMHostFinalizeSent())
         ReportReleaseToHost();
 }
 

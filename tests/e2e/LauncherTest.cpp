@@ -66,6 +66,11 @@ public:
         std::ofstream(m_Dir / ("movies/" + rowName)) << in.rdbuf();
         return *this;
     }
+    // Writes a movie of the given source text under the row's name.
+    Session& MovieText(const std::string& source, const std::string& rowName) {
+        std::ofstream(m_Dir / ("movies/" + rowName)) << source;
+        return *this;
+    }
     Session& Env(const std::string& assignment) {
         m_Env += " " + Quote(assignment);
         return *this;
@@ -166,7 +171,15 @@ TEST(Launcher, ALinkThatFailsIsTakenAsTheHostsRequest) {
 
 TEST(Launcher, AnEarlyRequestWaitsForTheMovieToStart) {
     Session session;
-    session.Movie("slow-start.js", "lmcesdk2_ke.js");
+    // The stage instance is published once the movie is compiled; a movie of some megabytes
+    // takes the runtime about a second to compile, so the host's request, sent at once, comes
+    // first.
+    std::string source = "// slow to compile\n";
+    for (int i = 0; i < 60000; ++i)
+        source +=
+            "function f" + std::to_string(i) + "(a) { return a + " + std::to_string(i) + "; }\n";
+    source += "trace(\"ready\");\nsetInterval(function () {}, 50);\n";
+    session.MovieText(source, "lmcesdk2_ke.js");
     Outcome run = session.Launch("--uninit-after 0", "2");
     EXPECT_EQ(run.status, 0) << run.out << run.err;
     EXPECT_TRUE(InOrder(run.out,
