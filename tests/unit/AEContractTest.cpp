@@ -26,6 +26,7 @@ const auto* const g_Kernel = ::testing::AddGlobalTestEnvironment(new KernelEnvir
 // An element that knows whether it was moved or copied and whether it sits where it was built.
 struct Tracked {
     static int moves;
+    Tracked() : Tracked(0) {}
     explicit Tracked(int v) : value(v), self(this) {}
     Tracked(Tracked&& other) noexcept : value(other.value), self(this) {
         other.value = -1;
@@ -72,6 +73,8 @@ TEST(AEArray, NewSlotsAreZeroAndInsertionShiftsTheTail) {
     for (uint32_t i = a.GetCount(); i < a.GetCapacity(); ++i)
         EXPECT_EQ(a.GetData()[i], 0) << "slot " << i;
     EXPECT_FALSE(a.Insert(9, 9));  // past the end: reported, refused, the program goes on
+    a[99] = 7;                     // reported; lands in a spare element, not past the storage
+    EXPECT_EQ(a[99], 0);
     EXPECT_EQ(a.GetCount(), 5u);
 }
 

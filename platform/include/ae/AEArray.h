@@ -29,13 +29,19 @@ public:
     T* GetData() { return m_Data; }
     const T* GetData() const { return m_Data; }
 
+    // An index past the end is reported and reads (or writes) a spare, value-initialised
+    // element instead of memory outside the array, since the program goes on after the report.
     T& operator[](uint32_t index) {
+        if (index < m_Count)
+            return m_Data[index];
         AE_ASSERT(index < m_Count);
-        return m_Data[index];
+        return Spare();
     }
     const T& operator[](uint32_t index) const {
+        if (index < m_Count)
+            return m_Data[index];
         AE_ASSERT(index < m_Count);
-        return m_Data[index];
+        return Spare();
     }
 
     // The capacity that a request for `requested` slots grows to from `capacity`.
@@ -119,6 +125,12 @@ public:
     }
 
 private:
+    static T& Spare() {
+        static thread_local T spare{};
+        spare = T{};
+        return spare;
+    }
+
     static constexpr bool kNeedsConstruction = !std::is_trivially_copyable<T>::value;
 
     uint32_t m_Count = 0;

@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <new>
+#include <type_traits>
 
 #include "AEKernel.h"
 
@@ -77,13 +78,19 @@ void AE_MALLOC_FREE_Free(void* p, AEMem_Selector_AE_MALLOC_FREE*);
                           static_cast<AEMem_Selector_AE_MALLOC_FREE*>(nullptr))
 #define AE_FREE(p) AE_MALLOC_FREE_Free((p), static_cast<AEMem_Selector_AE_MALLOC_FREE*>(nullptr))
 
-// Destroys an object made with AE_NEW (null is allowed).
+// Destroys an object made with AE_NEW (null is allowed). Through a pointer to a polymorphic
+// base, the block freed is the whole object's, found before the destructor runs.
 template <class T>
 inline void AE_DELETE(T* object) {
-    if (object) {
-        object->~T();
-        ae::AEFree(const_cast<void*>(static_cast<const void*>(object)));
-    }
+    if (!object)
+        return;
+    const void* block;
+    if constexpr (std::is_polymorphic<T>::value)
+        block = dynamic_cast<const void*>(object);
+    else
+        block = object;
+    object->~T();
+    ae::AEFree(const_cast<void*>(block));
 }
 
 #endif  // AE_AEMEMORY_H
