@@ -1,6 +1,7 @@
 // Small fakes of the runtime contract for unit tests of extension classes: a malloc-based
 // kernel, primitive script values, a value factory and a result sink. The test program that
-// includes this header (once) gets the kernel hooks the launcher's library gives real programs.
+// includes this header (once) gets the kernel the launcher's library gives real programs; the
+// allocation operators come from support/AEMemoryForTests.cpp.
 #ifndef LM_TESTS_FAKESTAGE_H
 #define LM_TESTS_FAKESTAGE_H
 
@@ -200,14 +201,6 @@ public:
 // What the launcher's kernel library supplies to real programs.
 ae::IAEKernel* ae::AECurrentKernel() {
     return &fake::TheKernel();
-}
-
-void* operator new(size_t size, const char*, int, AEMem_Selector_AE_NEW_DELETE*) noexcept {
-    return ae::AEMalloc(size);
-}
-
-void operator delete(void* p, const char*, int, AEMem_Selector_AE_NEW_DELETE*) noexcept {
-    ae::AEFree(p);
 }
 
 #endif  // LM_TESTS_FAKESTAGE_H
