@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include <openssl/rand.h>
+
 #include "LMAssert.h"
 #include "LMBoxArt.h"
 #include "LMFile.h"
@@ -156,4 +158,19 @@ LMString LMUtilities::CacheFileName(const LMString& cachePath, const LMString& s
     name.append(part);
     name.append(".lm");
     return name;
+}
+
+LMString LMUtilities::GenerateUniqueID() {
+    unsigned char bytes[16];
+    if (RAND_bytes(bytes, sizeof(bytes)) != 1) {
+        return LMString();
+    }
+    bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0F) | 0x40);  // version 4: random
+    bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3F) | 0x80);  // the RFC 4122 variant
+    char text[37];
+    snprintf(text, sizeof(text),
+             "%02x%02x%02x%02x-%02x%02x-%02x%02x-%02x%02x-%02x%02x%02x%02x%02x%02x", bytes[0],
+             bytes[1], bytes[2], bytes[3], bytes[4], bytes[5], bytes[6], bytes[7], bytes[8],
+             bytes[9], bytes[10], bytes[11], bytes[12], bytes[13], bytes[14], bytes[15]);
+    return LMString(text);
 }

@@ -67,6 +67,11 @@ public:
     static int safe_snprintf(char* buf, size_t bufsize, const char* format, ...)
         __attribute__((format(printf, 3, 4)));
 
+    // A new device unique id: a random (version 4) UUID, 36 characters of lower-case hex digits
+    // and dashes ("0f8e3c5a-9b1d-4e2f-8a7b-6c5d4e3f2a1b"), from the OpenSSL random generator.
+    // Empty when the generator fails.
+    static LMString GenerateUniqueID();
+
     // path + boxartprefix + size suffix + ".jpg".
     static LMString GetBoxArtImageFileName(const char* path, const char* boxartprefix, int size);
     // "http://" + host + "/images/boxart/" + size folder + "/" + encoded prefix + suffix + ".jpg".

@@ -107,4 +107,55 @@ TEST(StageMovies, MissingMovieAndBadArgumentsAreClearFailures) {
     EXPECT_NE(bad.err.find("--timeout"), std::string::npos) << bad.err;
 }
 
+// A settings document as another program would write it: one value, no indentation.
+void WriteVersion(const std::string& path, const char* version) {
+    std::ofstream(path) << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                           "<LMWSLib xmlns:LM1=\"http://www.lumora.example/api/\">"
+                           "<LM1:Configuration Key=\"XMLVersion\"><LM1:Value>"
+                        << version << "</LM1:Value></LM1:Configuration></LMWSLib>\n";
+}
+
+size_t Count(const std::string& text, const std::string& what) {
+    size_t n = 0;
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) {
+        ++n;
+    }
+    return n;
+}
+
+TEST(StageMovies, ConfigurationClassKeepsTheTokenProtectedThroughAnUpgrade) {
+    TempDir dir;
+    const std::string credentials = dir / "kecredentials.xml";
+    const std::string preferences = dir / "kepreference.xml";
+    const std::string token = "tok-e2e-5d1c0a";
+    WriteVersion(credentials, "1.5");
+    auto first = Stage(LM_LMSTAGE, "config.js",
+                       "--flashvars 'mode=write&configurationFile=" + credentials +
+                           "&settingsFile=" + preferences + "&token=" + token + "'");
+    EXPECT_EQ(first.status, 0) << first.out << first.err;
+    EXPECT_NE(first.out.find("config write done, failures 0\n"), std::string::npos) << first.out;
+    std::string written = Slurp(preferences);
+    EXPECT_EQ(written.find(token), std::string::npos) << written;
+    EXPECT_EQ(Count(written, "Key=\"AuthToken\""), 1u) << written;
+    EXPECT_EQ(Count(written, "Key=\"Volume\""), 1u) << written;
+
+    // The firmware brings a newer configuration file: the next start keeps only three values.
+    WriteVersion(credentials, "2.0");
+    setenv("LMCFG_E2E_CREDENTIALS", credentials.c_str(), 1);
+    setenv("LMCFG_E2E_PREFERENCES", preferences.c_str(), 1);
+    auto second = Stage(LM_LMSTAGE, "config.js", "--flashvars 'mode=check&token=" + token + "'");
+    unsetenv("LMCFG_E2E_CREDENTIALS");
+    unsetenv("LMCFG_E2E_PREFERENCES");
+    EXPECT_EQ(second.status, 0) << second.out << second.err;
+    const size_t idAt = first.out.find("device id ");
+    ASSERT_NE(idAt, std::string::npos) << first.out;
+    EXPECT_NE(second.out.find(first.out.substr(idAt, 47)), std::string::npos) << second.out;
+    std::string upgraded = Slurp(preferences);
+    EXPECT_EQ(upgraded.find(token), std::string::npos) << upgraded;
+    EXPECT_EQ(Count(upgraded, "Key="), 3u) << upgraded;
+    for (const char* key : {"XMLVersion", "AuthToken", "DestinationUniqueID"}) {
+        EXPECT_EQ(Count(upgraded, std::string("Key=\"") + key + "\""), 1u) << upgraded;
+    }
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cstdlib>
 #include <string>
 
@@ -55,6 +56,22 @@ TEST(Utilities, URLEncodeKeepsOnlyTheUnreservedSet) {
     EXPECT_STREQ(LMUtilities::URLEncode("\xC3\xA9\xFF").c_str(), "%C3%A9%FF");
     EXPECT_STREQ(LMUtilities::URLEncode("").c_str(), "");
     EXPECT_STREQ(LMUtilities::URLEncode(nullptr).c_str(), "");
+}
+
+// Device ids must be accepted by set-up (non-empty, under 351 characters) and differ per call.
+TEST(Utilities, UniqueIDsAreVersion4UuidsAndDiffer) {
+    LMString a = LMUtilities::GenerateUniqueID();
+    LMString b = LMUtilities::GenerateUniqueID();
+    ASSERT_EQ(a.length(), 36u);
+    EXPECT_NE(a, b);
+    const std::string text(a.c_str());
+    for (size_t i = 0; i < text.size(); ++i) {
+        bool dash = i == 8 || i == 13 || i == 18 || i == 23;
+        EXPECT_EQ(text[i] == '-', dash) << text;
+        EXPECT_TRUE(dash || std::isxdigit(static_cast<unsigned char>(text[i]))) << text;
+    }
+    EXPECT_EQ(text[14], '4') << text;
+    EXPECT_NE(std::string("89ab").find(text[19]), std::string::npos) << text;
 }
 
 TEST(Utilities, SafeSnprintfTruncatesAndTerminates) {
