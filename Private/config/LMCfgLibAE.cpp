@@ -265,7 +265,9 @@ bool LMCfgLibAE::Migrate(const LMString& oldSettingsFile, const LMString& oldCac
                      Done(copied), oldSettingsFile.c_str(), current.c_str());
         ok = ok && copied;
     }
-    bool removed = LMFile::Remove(oldSettingsFile.c_str());
+    // The old file goes only once its content is safe in the new place: when the copy failed it
+    // stays (reported as not removed), so a failed migration never loses the settings.
+    bool removed = ok && LMFile::Remove(oldSettingsFile.c_str());
     LM_LogOutput(Area(), LM_LOG_TRACE, "LMCfgLibAE::setFile %s remove BCSettingsFile(%s).\n",
                  Done(removed), oldSettingsFile.c_str());
     const LMString keep[] = {m_SettingsFile, current, m_ConfigurationFile};

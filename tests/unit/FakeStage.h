@@ -149,6 +149,10 @@ public:
                                       int32_t) override {
         return nullptr;
     }
+    ae::stagecraft::ASObject* NewShapedObject(const ae::stagecraft::ASShape&,
+                                              const ae::stagecraft::ASField*) override {
+        return nullptr;
+    }
     void RequestUpdates(ae::stagecraft::ASExtensionClass&) override {}
     void StopUpdates(ae::stagecraft::ASExtensionClass&) override {}
     void Stop() override {}

@@ -367,4 +367,17 @@ TEST_F(CfgLibTest, SetFileMovesTheOldEditionsSettingsIntoThe100Folder) {
     EXPECT_EQ(Log().find("BCSettingsFile"), std::string::npos) << Log();
 }
 
+TEST_F(CfgLibTest, AFailedMigrationCopyKeepsTheOldSettings) {
+    // The derived folder cannot be made: its parent is a plain file.
+    const std::string current = dir / "blocked/2_00/kepreference.xml";
+    const std::string old = dir / "old/kepreference.xml";
+    ASSERT_EQ(system(("mkdir -p '" + dir / "old" + "' && touch '" + dir / "blocked" + "'").c_str()),
+              0);
+    Set(old, "AuthToken", "kept");
+    EXPECT_TRUE(IsFalse(Call(&LMCfgLibAE::setFile, {S(cfgFile), S(current), S(old), S("")})));
+    EXPECT_EQ(Get(old, "AuthToken"), "kept");
+    EXPECT_TRUE(Logged("LMCfgLibAE::setFile Failed to remove BCSettingsFile(" + old + ").\n"))
+        << Log();
+}
+
 }  // namespace
