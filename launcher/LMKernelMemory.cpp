@@ -1,6 +1,6 @@
-// The product side's kernel-allocating new and malloc for test programs that do not link the
-// launcher's library: everything goes through ae::AEMalloc and ae::AEFree, so the test's
-// ae::AECurrentKernel() supplies the memory.
+// The extension classes' allocation forms: every block goes through the kernel that the program
+// image's ae::AECurrentKernel() names (AEMemory.h). Kept apart from the kernel loading so that
+// test programs with a kernel of their own link these and nothing else.
 #include "ae/AEMemory.h"
 
 void* operator new(size_t size, const char*, int, AEMem_Selector_AE_NEW_DELETE*) noexcept {
