@@ -1,5 +1,5 @@
 // Prints what the movie received (flashvars, the player's answers, key presses) and then waits
-// for the quit key: `lmstage movies/tests/hello.js --quit-after 2`.
+// for the quit key: "lmstage movies/tests/hello.js --quit-after 2".
 function onKeyDown(code) {
     trace("key down 0x" + code.toString(16));
 }
