@@ -176,6 +176,36 @@ public:
         result.SetStatus(0);
     }
 
+    // Bench.buildShapedArray(shape): the whole Array in one step.
+    void BuildShapedArray(ASContext& context, ASObject&, AEArray<ASValue*>& args,
+                          ASResult& result) {
+        const Shape& shape = kShapes[args[0]->ToInt32()];
+        static const char* names[2][32];
+        const char** table = names[args[0]->ToInt32()];
+        for (size_t k = 0; k < shape.count; ++k)
+            table[k] = shape.properties[k].name;
+        const ASShape shapeNames = {table, static_cast<uint32_t>(shape.count)};
+        static ASField fields[kElements * 32];
+        for (auto _ : *g_State) {
+            for (int e = 0; e < kElements; ++e) {
+                for (size_t k = 0; k < shape.count; ++k) {
+                    const Property& p = shape.properties[k];
+                    ASField& f = fields[e * shape.count + k];
+                    if (p.kind == kNumber)
+                        f = ASField::Int(e * 100 + static_cast<int>(k));
+                    else if (p.kind == kBoolean)
+                        f = ASField::Boolean((e + k) % 2 == 0);
+                    else
+                        f = ASField::String(p.text);
+                }
+            }
+            ASObject* tree = context.NewShapedArray(shapeNames, fields, kElements);
+            benchmark::DoNotOptimize(tree);
+            tree->Release();
+        }
+        result.SetStatus(0);
+    }
+
     // Bench.parse(JSON, text): the timing loop over JSON.parse(text).
     void Parse(ASContext&, ASObject&, AEArray<ASValue*>& args, ASResult& result) {
         ASObject* json = args[0]->AsObject();
@@ -212,6 +242,7 @@ public:
         methods.Append({"repeat", 1, AEHandler(&Bench::Repeat)});
         methods.Append({"tree", 1, AEHandler(&Bench::Tree)});
         methods.Append({"buildShaped", 1, AEHandler(&Bench::BuildShaped)});
+        methods.Append({"buildShapedArray", 1, AEHandler(&Bench::BuildShapedArray)});
     }
     bool FiresEvents() override { return false; }
     ASExtensionClass* ConstructInstance(ASContext&) override { return new Bench(); }
@@ -258,6 +289,11 @@ void BM_ResultTreeShaped(benchmark::State& state) {
     RunMovie(state, "Bench.buildShaped(" + std::to_string(state.range(0)) + "); Bench.stop();");
 }
 
+void BM_ResultTreeShapedArray(benchmark::State& state) {
+    RunMovie(state,
+             "Bench.buildShapedArray(" + std::to_string(state.range(0)) + "); Bench.stop();");
+}
+
 void BM_ResultTreeJSONParse(benchmark::State& state) {
     RunMovie(state, "var text = JSON.stringify(Bench.tree(" + std::to_string(state.range(0)) +
                         "));"
@@ -274,6 +310,7 @@ void BM_NativeMethodCall(benchmark::State& state) {
 
 BENCHMARK(BM_ResultTreeNative)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_ResultTreeShaped)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_ResultTreeShapedArray)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_ResultTreeJSONParse)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_NativeMethodCall)->Unit(benchmark::kMicrosecond);
 

@@ -58,6 +58,13 @@ check(Object.getPrototypeOf(odd) === Object.prototype && odd.hasOwnProperty("__p
       Object.keys(odd).join(",") === "first,__proto__,last",
       "a name the fast path cannot take still gives a plain object: " + Object.keys(odd).join(","));
 
+var many = t.makeShapedArray(3);
+check(many instanceof Array && many.length === 3 && many[2].index === 2 &&
+      many[2].label === "item 2" && Object.keys(many[0]).join(",") === "index,label",
+      "a shaped array holds its objects in order");
+check(t.makeShapedArray(0) instanceof Array && t.makeShapedArray(0).length === 0,
+      "an empty shaped array is still an Array");
+
 var threw = false;
 try {
     t.throwNative();

@@ -62,13 +62,13 @@ duk_ret_t CompileShapeBody(duk_context* ctx, void* udata) {
     return ReturnResult(ctx, op);
 }
 
-duk_ret_t ShapeBody(duk_context* ctx, void* udata) {
-    auto& op = *static_cast<ValueOp*>(udata);
+// Calls the shape's maker on the fields starting at `fields`, leaving the object on the stack.
+void MakeShaped(duk_context* ctx, const ValueOp& op, const ASField* fields) {
     duk_require_stack(ctx, static_cast<duk_idx_t>(op.shape->count) + 2);
     duk_push_heapptr(ctx, op.maker);
     duk_push_undefined(ctx);
     for (uint32_t i = 0; i < op.shape->count; ++i) {
-        const ASField& f = op.fields[i];
+        const ASField& f = fields[i];
         switch (f.kind) {
             case ASField::kInt:
                 duk_push_int(ctx, f.integer);
@@ -91,6 +91,21 @@ duk_ret_t ShapeBody(duk_context* ctx, void* udata) {
         }
     }
     duk_call_method(ctx, static_cast<duk_idx_t>(op.shape->count));
+}
+
+duk_ret_t ShapeBody(duk_context* ctx, void* udata) {
+    auto& op = *static_cast<ValueOp*>(udata);
+    MakeShaped(ctx, op, op.fields);
+    return ReturnResult(ctx, op);
+}
+
+duk_ret_t ShapedArrayBody(duk_context* ctx, void* udata) {
+    auto& op = *static_cast<ValueOp*>(udata);
+    duk_push_array(ctx);
+    for (uint32_t e = 0; e < op.count; ++e) {
+        MakeShaped(ctx, op, op.fields + size_t(e) * op.shape->count);
+        duk_put_prop_index(ctx, -2, e);
+    }
     return ReturnResult(ctx, op);
 }
 
@@ -385,14 +400,21 @@ void* StageWindowSet::ShapeMaker(const ASShape& shape) {
     return maker;
 }
 
-ASObject* StageWindowSet::NewShapedObject(const ASShape& shape, const ASField* fields) {
-    if (!EngineUsable() || (shape.count && (!shape.names || !fields)))
-        return nullptr;
-    for (uint32_t i = 0; i < shape.count; ++i) {
+bool StageWindowSet::FieldsUsable(const ASShape& shape, const ASField* fields,
+                                  uint32_t count) const {
+    if (!EngineUsable() || (shape.count && count && (!shape.names || !fields)))
+        return false;
+    for (size_t i = 0; i < size_t(shape.count) * count; ++i) {
         if (fields[i].kind == ASField::kValue &&
             !ArgumentsUsable(this, 1, reinterpret_cast<const ASValue* const*>(&fields[i].value)))
-            return nullptr;
+            return false;
     }
+    return true;
+}
+
+ASObject* StageWindowSet::NewShapedObject(const ASShape& shape, const ASField* fields) {
+    if (!FieldsUsable(shape, fields, 1))
+        return nullptr;
     void* maker = ShapeMaker(shape);
     if (!maker) {
         ASObject* object = NewInstance("Object", 0, nullptr);
@@ -433,6 +455,41 @@ ASObject* StageWindowSet::NewShapedObject(const ASShape& shape, const ASField* f
     op.maker = maker;
     op.slot = ReserveSlot();
     if (!Protected(ShapeBody, &op, true)) {
+        UnreserveSlot(op.slot);
+        return nullptr;
+    }
+    StageValue* value = AdoptTop(m_Ctx, op.slot, op.stashed);
+    return value ? value->AsObject() : nullptr;
+}
+
+ASObject* StageWindowSet::NewShapedArray(const ASShape& shape, const ASField* fields,
+                                         uint32_t count) {
+    if (!FieldsUsable(shape, fields, count))
+        return nullptr;
+    void* maker = ShapeMaker(shape);
+    if (!maker) {
+        // The slow path, element by element.
+        ASObject* array = NewInstance("Array", 0, nullptr);
+        for (uint32_t e = 0; array && e < count; ++e) {
+            ASObject* element = NewShapedObject(shape, fields + size_t(e) * shape.count);
+            const ASValue* arg = element;
+            bool pushed = element && array->CallMethod("push", 1, &arg);
+            if (element)
+                element->Release();
+            if (!pushed) {
+                array->Release();
+                array = nullptr;
+            }
+        }
+        return array;
+    }
+    ValueOp op = MakeOp(this, nullptr);
+    op.shape = &shape;
+    op.fields = fields;
+    op.maker = maker;
+    op.count = count;
+    op.slot = ReserveSlot();
+    if (!Protected(ShapedArrayBody, &op, true)) {
         UnreserveSlot(op.slot);
         return nullptr;
     }

@@ -33,7 +33,8 @@ struct ValueOp {
     int32_t year, month, day, hour, minute, second;
     const ASShape* shape;
     const ASField* fields;
-    void* maker;  // the shape's compiled maker function
+    void* maker;     // the shape's compiled maker function
+    uint32_t count;  // shaped arrays: elements
 };
 
 inline ValueOp MakeOp(StageWindowSet* windowSet, const StageValue* target) {

@@ -55,6 +55,7 @@ public:
     ASObject* NewDate(int32_t year, int32_t month0, int32_t day, int32_t hour, int32_t minute,
                       int32_t second) override;
     ASObject* NewShapedObject(const ASShape& shape, const ASField* fields) override;
+    ASObject* NewShapedArray(const ASShape& shape, const ASField* fields, uint32_t count) override;
     void RequestUpdates(ASExtensionClass& instance) override;
     void StopUpdates(ASExtensionClass& instance) override;
     void Stop() override;
@@ -189,6 +190,7 @@ private:
 
     // Compiled makers of shaped objects by names table and count (null: use the slow path).
     void* ShapeMaker(const ASShape& shape);
+    bool FieldsUsable(const ASShape& shape, const ASField* fields, uint32_t count) const;
     std::map<std::pair<const void*, uint32_t>, void*> m_ShapeMakers;
 
     std::map<uint32_t, Timer> m_Timers;

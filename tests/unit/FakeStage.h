@@ -153,6 +153,10 @@ public:
                                               const ae::stagecraft::ASField*) override {
         return nullptr;
     }
+    ae::stagecraft::ASObject* NewShapedArray(const ae::stagecraft::ASShape&,
+                                             const ae::stagecraft::ASField*, uint32_t) override {
+        return nullptr;
+    }
     void RequestUpdates(ae::stagecraft::ASExtensionClass&) override {}
     void StopUpdates(ae::stagecraft::ASExtensionClass&) override {}
     void Stop() override {}

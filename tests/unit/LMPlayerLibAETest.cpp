@@ -250,6 +250,10 @@ public:
                               const ae::stagecraft::ASField*) override {
         return nullptr;  // the player makes no shaped objects
     }
+    ae::stagecraft::ASObject* NewShapedArray(const ae::stagecraft::ASShape&,
+                                             const ae::stagecraft::ASField*, uint32_t) override {
+        return nullptr;
+    }
     void RequestUpdates(ASExtensionClass& instance) override { updating = &instance; }
     void StopUpdates(ASExtensionClass& instance) override {
         if (updating == &instance)

@@ -6,6 +6,7 @@
 //                        and a nested Object, built through the value factory
 //   makeShaped(which)    returns an Object made in one step from a shape: 0 a plain shape with
 //                        every kind of field, 1 a shape the fast path cannot take ("__proto__")
+//   makeShapedArray(n)   returns an Array of n shaped objects {index, label} made in one step
 //   startWork(fn, ms)    a native worker thread sleeps `ms` and finishes; OnUpdate then calls
 //                        fn({value, workerThreadDiffers, deliveredOnScriptThread}); -2 while busy
 //   throwNative()        throws a C++ exception out of the handler
@@ -19,6 +20,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <vector>
 
 using ae::stagecraft::ASContext;
 using ae::stagecraft::ASExtensionClass;
@@ -131,6 +133,23 @@ public:
         result.SetStatus(0);
     }
 
+    void makeShapedArray(ASContext& context, ASObject&, Args& args, ASResult& result) {
+        static const char* const kNames[] = {"index", "label"};
+        uint32_t count = args.GetCount() == 1 ? static_cast<uint32_t>(args[0]->ToInt32()) : 0;
+        std::vector<ae::stagecraft::ASField> fields;
+        std::vector<std::string> labels(count);
+        for (uint32_t i = 0; i < count; ++i) {
+            labels[i] = "item " + std::to_string(i);
+            fields.push_back(ae::stagecraft::ASField::Int(static_cast<int32_t>(i)));
+            fields.push_back(ae::stagecraft::ASField::String(labels[i].c_str()));
+        }
+        Held made(context.NewShapedArray({kNames, 2}, fields.data(), count));
+        if (!made.value)
+            return result.SetStatus(-1);
+        result.SetValue(*made.value);
+        result.SetStatus(0);
+    }
+
     void startWork(ASContext& context, ASObject&, Args& args, ASResult& result) {
         if (args.GetCount() != 2 || !args[0]->AsObject() || !args[0]->AsObject()->IsFunction())
             return result.SetStatus(-3);
@@ -205,6 +224,7 @@ public:
             {"describe", 0, AEHandler(&LMStageTest::describe)},
             {"makeTree", 0, AEHandler(&LMStageTest::makeTree)},
             {"makeShaped", 0, AEHandler(&LMStageTest::makeShaped)},
+            {"makeShapedArray", 0, AEHandler(&LMStageTest::makeShapedArray)},
             {"startWork", 0, AEHandler(&LMStageTest::startWork)},
             {"throwNative", 0, AEHandler(&LMStageTest::throwNative)},
             {"quit", 0, AEHandler(&LMStageTest::quit)},

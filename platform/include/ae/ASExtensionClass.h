@@ -83,6 +83,10 @@ public:
     // object as NewInstance("Object") followed by one Set per field, made in one engine step.
     // Result trees repeat a few shapes many times; this is the fast way to build them.
     virtual ASObject* NewShapedObject(const ASShape& shape, const ASField* fields) = 0;
+    // A new Array of `count` such objects, element i made from fields[i * shape.count ...]: the
+    // same as NewInstance("Array") and one push of NewShapedObject per element, in one step.
+    virtual ASObject* NewShapedArray(const ASShape& shape, const ASField* fields,
+                                     uint32_t count) = 0;
 
     // OnUpdate of `instance` is called on every turn of the stage loop from RequestUpdates until
     // StopUpdates (both idempotent; safe from inside OnUpdate).
