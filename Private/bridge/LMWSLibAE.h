@@ -26,39 +26,68 @@
 class LMThread;
 
 // The method table: name and static flag, in the order the movie sees them.
-#define LMWS_METHOD_TABLE(X)                                                                       \
-    X(init, 0)                                                                                     \
-    X(clone, 0) X(idle, 0) X(getNavigation, 0) X(getTitles, 0) X(getTitleListing, 0)               \
-        X(searchForTitle, 0) X(getRecommendedTitles, 0) X(translateSkuID, 0) X(                    \
-            getTvEpisodeListing, 0) X(getTvEpisodeListByTitleID, 0) X(getAllTvEpisodeListings, 0)  \
-            X(authorizeDevice, 0) X(deactivateDevice, 0) X(checkAuthToken, 0) X(getBoxArtImage, 0) \
-                X(getMyVideos, 0) X(getWishlistItems, 0) X(addItemToWishlist, 0)                   \
-                    X(removeItemFromWishlist, 0) X(removeAllItemsFromWishlist, 0) X(               \
-                        checkTitleInWishlist, 0) X(checkTitlesInWishlist, 0)                       \
-                        X(doPurchaseSavedBilling, 0) X(checkForPurchasedTitle, 0) X(               \
-                            checkForPurchasedSku, 0) X(checkAdultVerificationEnabled, 0)           \
-                            X(checkAdultVerificationPin, 0) X(assignGiftCertificateToUser, 0) X(   \
-                                checkRentalExpiration, 0) X(getStreamingAssetLocation, 0)          \
-                                X(getStreamingBonusAssetLocation, 0) X(                            \
-                                    loadLastStreamingAssetLocation, 0)                             \
-                                    X(manageStreamingInstanceStatus, 0) X(getTHXMediaDirector, 0)  \
-                                        X(getTHXMediaDirectorBonusAsset, 0) X(getEmailAddress, 0)  \
-                                            X(getBillingInfo, 0) X(getPrePaidCardBalance, 0)       \
-                                                X(getConfig, 0) X(getSettingsPageInfo, 0) X(       \
-                                                    getCountryID, 0) X(getFileType, 0)             \
-                                                    X(updateLocalCache, 0) X(checkBandwidth, 0) X( \
-                                                        calcOrderTax, 0) X(quitFlash, 0)           \
-                                                        X(getLocalIPAddr, 0) X(getSysInfo, 0) X(   \
-                                                            setAudioDefaultProperty, 0)            \
-                                                            X(getAudioDefaultProperty, 0) X(       \
-                                                                getUserAgent, 0)                   \
-                                                                X(setLogAreaIDsAndTargetConfig, 1) \
-                                                                    X(fileExist, 1) X(             \
-                                                                        getAvailableEnvLists, 0)   \
-                                                                        X(clearLocalCache, 1) X(   \
-                                                                            getDeviceEnv, 0)       \
-                                                                            X(checkLMSWFmd5sum, 1) \
-                                                                                X(trace, 1)
+// clang-format off
+#define LMWS_METHOD_TABLE(X) \
+    X(init, 0) \
+    X(clone, 0) \
+    X(idle, 0) \
+    X(getNavigation, 0) \
+    X(getTitles, 0) \
+    X(getTitleListing, 0) \
+    X(searchForTitle, 0) \
+    X(getRecommendedTitles, 0) \
+    X(translateSkuID, 0) \
+    X(getTvEpisodeListing, 0) \
+    X(getTvEpisodeListByTitleID, 0) \
+    X(getAllTvEpisodeListings, 0) \
+    X(authorizeDevice, 0) \
+    X(deactivateDevice, 0) \
+    X(checkAuthToken, 0) \
+    X(getBoxArtImage, 0) \
+    X(getMyVideos, 0) \
+    X(getWishlistItems, 0) \
+    X(addItemToWishlist, 0) \
+    X(removeItemFromWishlist, 0) \
+    X(removeAllItemsFromWishlist, 0) \
+    X(checkTitleInWishlist, 0) \
+    X(checkTitlesInWishlist, 0) \
+    X(doPurchaseSavedBilling, 0) \
+    X(checkForPurchasedTitle, 0) \
+    X(checkForPurchasedSku, 0) \
+    X(checkAdultVerificationEnabled, 0) \
+    X(checkAdultVerificationPin, 0) \
+    X(assignGiftCertificateToUser, 0) \
+    X(checkRentalExpiration, 0) \
+    X(getStreamingAssetLocation, 0) \
+    X(getStreamingBonusAssetLocation, 0) \
+    X(loadLastStreamingAssetLocation, 0) \
+    X(manageStreamingInstanceStatus, 0) \
+    X(getTHXMediaDirector, 0) \
+    X(getTHXMediaDirectorBonusAsset, 0) \
+    X(getEmailAddress, 0) \
+    X(getBillingInfo, 0) \
+    X(getPrePaidCardBalance, 0) \
+    X(getConfig, 0) \
+    X(getSettingsPageInfo, 0) \
+    X(getCountryID, 0) \
+    X(getFileType, 0) \
+    X(updateLocalCache, 0) \
+    X(checkBandwidth, 0) \
+    X(calcOrderTax, 0) \
+    X(quitFlash, 0) \
+    X(getLocalIPAddr, 0) \
+    X(getSysInfo, 0) \
+    X(setAudioDefaultProperty, 0) \
+    X(getAudioDefaultProperty, 0) \
+    X(getUserAgent, 0) \
+    X(setLogAreaIDsAndTargetConfig, 1) \
+    X(fileExist, 1) \
+    X(getAvailableEnvLists, 0) \
+    X(clearLocalCache, 1) \
+    X(getDeviceEnv, 0) \
+    X(checkLMSWFmd5sum, 1) \
+    X(trace, 1)
+// clang-format on
 
 // The record a finished call leaves behind, one member per result kind's record type.
 union LMWSRecord {
