@@ -114,6 +114,19 @@ void ReadParam(ASValue* parameters, const LMWSParam& param, LMWSArg& out) {
         case kLMWSBool:
             out.number = value->ToBoolean() ? 1 : 0;
             break;
+        case kLMWSIntList: {
+            ASObject* list = value->AsObject();
+            if (list != nullptr && list->IsArray()) {
+                for (uint32_t i = 0, n = list->GetLength(); i < n; ++i) {
+                    ASValue* element = list->GetElement(i);
+                    out.list.push_back(element != nullptr ? element->ToInt32() : 0);
+                    if (element != nullptr) {
+                        element->Release();
+                    }
+                }
+            }
+            break;
+        }
         case kLMWSString: {
             ae::stagecraft::ASValueType type = value->GetType();
             AEString text;
@@ -228,6 +241,7 @@ void LMWSLibAE::ReleaseRecord(uint32_t kind) {
         LM_WS_FreeResult(&m_Record);
     }
     std::memset(static_cast<void*>(&m_Record), 0, sizeof m_Record);
+    m_TitleFlags.clear();
 }
 
 void LMWSLibAE::Finish(int32_t status, uint32_t kind) {
@@ -490,7 +504,6 @@ LMWS_ASYNC_HANDLER(getAudioDefaultProperty)
 
 LMWS_LATER_HANDLER(clone)
 LMWS_LATER_HANDLER(getSysInfo)
-LMWS_LATER_HANDLER(getUserAgent)
 LMWS_LATER_HANDLER(clearLocalCache)
 LMWS_LATER_HANDLER(getDeviceEnv)
 LMWS_LATER_HANDLER(checkLMSWFmd5sum)
@@ -503,6 +516,23 @@ void LMWSLibAE::idle(ASContext&, ASObject&, Args&, ASResult& result) {
     LM_LogScope scope(kClassName, "idle", Area());
     m_Idle = true;
     Give(result, nullptr);
+}
+
+// The User-Agent the client sends, as a string. It shares the client with the workers, so it
+// waits its turn like a service call.
+void LMWSLibAE::getUserAgent(ASContext& context, ASObject&, Args&, ASResult& result) {
+    LM_LogScope scope(kClassName, "getUserAgent", Area());
+    if (!m_Initialised.load(std::memory_order_acquire)) {
+        return Give(result, nullptr, kNotInitialised);
+    }
+    if (Busy()) {
+        return Give(result, nullptr, kCallRunning);
+    }
+    LM_WS_LengthAndText agent{};
+    LM_WS_getUserAgent(&m_Handle, &agent);
+    ASValue* value = agent.Text != nullptr ? context.NewString(agent.Text) : context.NewString("");
+    LM_WS_FreeResult(&agent);
+    Give(result, value);
 }
 
 void LMWSLibAE::quitFlash(ASContext& context, ASObject&, Args&, ASResult& result) {

@@ -18,8 +18,10 @@
 
 #include <atomic>
 #include <mutex>
+#include <vector>
 
 #include "LMString.h"
+#include "LMResultConverter.h"
 #include "LM_WS.h"
 #include "ae/ASExtensionClass.h"
 
@@ -118,6 +120,7 @@ union LMWSRecord {
     LM_WS_FileType fileType;
     LM_WS_CalcOrderTaxResponse tax;
     LM_WS_THXMediaDirectorResponse mediaDirector;
+    LMTitleFlags titleFlags;  // kind 27, its flags in LMWSLibAE::m_TitleFlags
 };
 
 class LMWSLibAE : public ae::stagecraft::ASExtensionClass {
@@ -178,6 +181,7 @@ private:
     // Written by the worker, read by the script thread once m_Done is seen set.
     LM_WS_Handle m_Handle{};
     LMWSRecord m_Record;
+    std::vector<uint8_t> m_TitleFlags;
     int32_t m_Status = 0;
     uint32_t m_Kind = 0;  // 0: no record (init)
     std::atomic<bool> m_Done{false};

@@ -10,12 +10,14 @@ namespace {
 
 LMLogArea g_WorkerArea("LM_WSAE");
 
-#define LMWS_CALL(...)                                                     \
-    [](LM_WS_Handle* h, const LMWSArg* a, LMWSRecord& r) -> LM_WS_Status { \
-        (void)h;                                                           \
-        (void)a;                                                           \
-        (void)r;                                                           \
-        __VA_ARGS__                                                        \
+#define LMWS_CALL(...)                                   \
+    [](LM_WS_Handle* h, const LMWSArg* a, LMWSRecord& r, \
+       std::vector<uint8_t>& f) -> LM_WS_Status {        \
+        (void)h;                                         \
+        (void)a;                                         \
+        (void)r;                                         \
+        (void)f;                                         \
+        __VA_ARGS__                                      \
     }
 
 // Operations answering a yes/no flag leave it as a bool record (kind 2).
@@ -112,6 +114,14 @@ const LMWSLibAE::Operation kOperations[] = {
      2,
      {{"titleid", kLMWSInt}},
      LMWS_FLAG_CALL(LM_WS_checkTitleInWishlist(h, a[0].number, &v))},
+    {"checkTitlesInWishlist",
+     27,
+     {{"titleids", kLMWSIntList}, {"typefilter", kLMWSInt}},
+     LMWS_CALL(const int32_t count = static_cast<int32_t>(a[0].list.size());
+               f.assign(a[0].list.size(), 0);
+               LM_WS_Status s =
+                   LM_WS_checkTitlesInWishlist(h, a[0].list.data(), count, a[1].number, f.data());
+               r.titleFlags.Count = count; r.titleFlags.Flags = f.data(); return s;)},
     {"doPurchaseSavedBilling",
      15,
      {{"skuid", kLMWSInt}, {"ipaddress", kLMWSString}, {"useprepaidfund", kLMWSBool}},
@@ -233,7 +243,8 @@ void LMWSLibAE::RunOperation(void* block) {
     if (owner != nullptr) {
         const Operation& operation = *call->operation;
         std::memset(static_cast<void*>(&owner->m_Record), 0, sizeof owner->m_Record);
-        LM_WS_Status status = operation.call(&owner->m_Handle, call->args, owner->m_Record);
+        LM_WS_Status status =
+            operation.call(&owner->m_Handle, call->args, owner->m_Record, owner->m_TitleFlags);
         const bool boxArt = std::strcmp(operation.name, "getBoxArtImage") == 0;
         if (!boxArt) {
             LM_LogOutput(g_WorkerArea.Id(), LM_LOG_TRACE, "LMWSLib::%s, ret:%d\n", operation.name,

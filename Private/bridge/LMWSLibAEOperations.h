@@ -4,9 +4,12 @@
 #ifndef LM_WSLIBAE_OPERATIONS_H
 #define LM_WSLIBAE_OPERATIONS_H
 
+#include <vector>
+
 #include "LMWSLibAE.h"
 
-enum LMWSParamType { kLMWSInt, kLMWSString, kLMWSBool };
+// kLMWSIntList: an Array whose elements are read as integers.
+enum LMWSParamType { kLMWSInt, kLMWSString, kLMWSBool, kLMWSIntList };
 
 struct LMWSParam {
     const char* key;
@@ -17,6 +20,7 @@ struct LMWSParam {
 struct LMWSArg {
     int32_t number = 0;  // integers and booleans (0 or 1)
     LMString text;
+    std::vector<int32_t> list;
 };
 
 enum { kLMWSMaxParams = 5 };
@@ -25,7 +29,9 @@ struct LMWSLibAE::Operation {
     const char* name;
     uint32_t kind;
     LMWSParam params[kLMWSMaxParams];  // ends at the first null key
-    LM_WS_Status (*call)(LM_WS_Handle* handle, const LMWSArg* args, LMWSRecord& record);
+    // `flags` holds the per-title flags a kind 27 record points to; it lives in the instance.
+    LM_WS_Status (*call)(LM_WS_Handle* handle, const LMWSArg* args, LMWSRecord& record,
+                         std::vector<uint8_t>& flags);
 };
 
 struct LMWSLibAE::Call {

@@ -1,5 +1,5 @@
 // Browses the service through LMWSLib as the UI does: init, the genre tree, a page of titles, a
-// title, device authorisation, a purchase and the stream of the bought title. Along the way it
+// title, device authorisation, the wishlist, a purchase and the stream of the bought title. Along the way it
 // checks the statuses a handler gives for calls it refuses. Every failure is traced as "FAIL";
 // the movie ends with lmstageQuit(0) when all went well, 3 otherwise.
 var ws = new LMWSLib();
@@ -82,11 +82,37 @@ function onPurchase(status, value) {
           ws.getStreamingAssetLocation([onStream, {passid: value.PassID, fileprofile: profile}]) === 0);
 }
 
+function onWishlist(status, value) {
+    check("getWishlistItems status " + status, status === 0);
+    check("wishlist holds the title", value.Titles.length === 1 && value.Titles[0].TitleID === title);
+    check("purchase started", ws.doPurchaseSavedBilling([onPurchase,
+        {skuid: sku, ipaddress: "127.0.0.1", useprepaidfund: false}]) === 0);
+}
+
+function onFlags(status, value) {
+    check("checkTitlesInWishlist status " + status, status === 0);
+    check("flags", value.length === 2 && value[0] === true && value[1] === false);
+    check("wishlist started", ws.getWishlistItems([onWishlist,
+        {sortorder: 0, CurrentPageNumber: 1, ItemsPerPage: 10, typefilter: 0}]) === 0);
+}
+
+function onAdded(status, value) {
+    check("addItemToWishlist status " + status, status === 0);
+    check("added response", value.ResponseCode === 0);
+    check("flags started",
+          ws.checkTitlesInWishlist([onFlags, {titleids: [title, title + 1], typefilter: 0}]) === 0);
+}
+
+function onToken(status, value) {
+    check("checkAuthToken status " + status, status === 0);
+    check("token valid", value === true);
+    check("add started", ws.addItemToWishlist([onAdded, {titleid: title}]) === 0);
+}
+
 function onAuthorize(status, value) {
     check("authorizeDevice status " + status, status === 0);
     check("token", typeof value.AuthToken === "string" && value.AuthToken !== "");
-    check("purchase started", ws.doPurchaseSavedBilling([onPurchase,
-        {skuid: sku, ipaddress: "127.0.0.1", useprepaidfund: false}]) === 0);
+    check("token check started", ws.checkAuthToken([onToken, {}]) === 0);
 }
 
 function onTitle(status, value) {
@@ -118,6 +144,8 @@ function onInit(status, value) {
     check("init status " + status, status === 0);
     check("init value undefined", value === undefined);
     check("second init gives -4", ws.init([ignored, settings]) === -4);
+    var agent = ws.getUserAgent();
+    check("user agent", typeof agent === "string" && agent.length > 0);
     check("bad arguments after init give -3", ws.getNavigation([ignored]) === -3);
     check("not a function gives -3", ws.getNavigation([1, {}]) === -3);
     check("navigation started", ws.getNavigation([onNavigation, {}]) === 0);

@@ -137,7 +137,8 @@ TEST_F(WSLibTest, TraceTakesExactlyOneArgumentAndPrintsOnlyThen) {
 
 TEST_F(WSLibTest, ServiceCallsBeforeInitAreRefusedWithMinusOne) {
     for (const char* name : {"getNavigation", "getTitles", "authorizeDevice", "getBoxArtImage",
-                             "getStreamingAssetLocation", "getWishlistItems"}) {
+                             "getStreamingAssetLocation", "getWishlistItems",
+                             "checkTitlesInWishlist", "getUserAgent"}) {
         fake::Result result = Call(name, {});
         EXPECT_EQ(result.status, -1) << name;
         EXPECT_FALSE(result.hasValue) << name;
@@ -151,8 +152,8 @@ TEST_F(WSLibTest, InitWithoutItsPairOfArgumentsGivesMinusThree) {
 }
 
 TEST_F(WSLibTest, MethodsNotAvailableYetGiveMinusThree) {
-    for (const char* name : {"clone", "getSysInfo", "getUserAgent", "clearLocalCache",
-                             "getDeviceEnv", "checkLMSWFmd5sum", "checkTitlesInWishlist"}) {
+    for (const char* name :
+         {"clone", "getSysInfo", "clearLocalCache", "getDeviceEnv", "checkLMSWFmd5sum"}) {
         EXPECT_EQ(Call(name, {}).status, -3) << name;
     }
 }
