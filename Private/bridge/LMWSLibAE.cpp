@@ -9,6 +9,7 @@
 #include "LMLog.h"
 #include "LMResultConverter.h"
 #include "LMThread.h"
+#include "LMWSClient.h"
 #include "LMWSLibAEOperations.h"
 #include "ae/AEMemory.h"
 
@@ -505,8 +506,6 @@ LMWS_ASYNC_HANDLER(getAudioDefaultProperty)
 LMWS_LATER_HANDLER(clone)
 LMWS_LATER_HANDLER(getSysInfo)
 LMWS_LATER_HANDLER(clearLocalCache)
-LMWS_LATER_HANDLER(getDeviceEnv)
-LMWS_LATER_HANDLER(checkLMSWFmd5sum)
 
 #undef LMWS_LATER_HANDLER
 
@@ -533,6 +532,40 @@ void LMWSLibAE::getUserAgent(ASContext& context, ASObject&, Args&, ASResult& res
     ASValue* value = agent.Text != nullptr ? context.NewString(agent.Text) : context.NewString("");
     LM_WS_FreeResult(&agent);
     Give(result, value);
+}
+
+// The environment the client uses (0 staging API, 1 staging, 2 production, or what the service
+// named), as a number.
+void LMWSLibAE::getDeviceEnv(ASContext& context, ASObject&, Args&, ASResult& result) {
+    LM_LogScope scope(kClassName, "getDeviceEnv", Area());
+    if (!m_Initialised.load(std::memory_order_acquire)) {
+        return Give(result, nullptr, kNotInitialised);
+    }
+    if (Busy()) {
+        return Give(result, nullptr, kCallRunning);
+    }
+    LMWSClient* client = LMWSClient::From(&m_Handle);
+    Give(result, client != nullptr ? context.NewInt(client->m_Params.EnvID) : nullptr);
+}
+
+// checkLMSWFmd5sum(path): the file's MD5 digest as 32 hex digits, "" when it cannot be computed.
+void LMWSLibAE::checkLMSWFmd5sum(ASContext& context, ASObject&, Args& args, ASResult& result) {
+    LM_LogScope scope(kClassName, "checkLMSWFmd5sum", Area());
+    AEString path;
+    if (args.GetCount() != 1 || args[0] == nullptr || !args[0]->ToString(path)) {
+        return Give(result, nullptr, kBadArguments);
+    }
+    LM_WS_LengthAndText sum{};
+    LM_WS_md5sum(path.c_str(), &sum);
+    const char* text = sum.Text != nullptr ? sum.Text : "";
+    LM_LogOutput(Area(), LM_LOG_TRACE, "LMWSLibAE::checkLMSWFmd5sum result: (%s)\n", text);
+    // The tool prints the digest, a separator and the file name.
+    size_t digest = std::strspn(text, "0123456789abcdef");
+    if (digest != 32) {
+        digest = 0;
+    }
+    Give(result, context.NewString(text, digest));
+    LM_WS_FreeResult(&sum);
 }
 
 void LMWSLibAE::quitFlash(ASContext& context, ASObject&, Args&, ASResult& result) {

@@ -146,6 +146,7 @@ function onInit(status, value) {
     check("second init gives -4", ws.init([ignored, settings]) === -4);
     var agent = ws.getUserAgent();
     check("user agent", typeof agent === "string" && agent.length > 0);
+    check("environment 2", ws.getDeviceEnv() === 2);
     check("bad arguments after init give -3", ws.getNavigation([ignored]) === -3);
     check("not a function gives -3", ws.getNavigation([1, {}]) === -3);
     check("navigation started", ws.getNavigation([onNavigation, {}]) === 0);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 
 #include "FakeStage.h"
@@ -138,7 +139,7 @@ TEST_F(WSLibTest, TraceTakesExactlyOneArgumentAndPrintsOnlyThen) {
 TEST_F(WSLibTest, ServiceCallsBeforeInitAreRefusedWithMinusOne) {
     for (const char* name : {"getNavigation", "getTitles", "authorizeDevice", "getBoxArtImage",
                              "getStreamingAssetLocation", "getWishlistItems",
-                             "checkTitlesInWishlist", "getUserAgent"}) {
+                             "checkTitlesInWishlist", "getUserAgent", "getDeviceEnv"}) {
         fake::Result result = Call(name, {});
         EXPECT_EQ(result.status, -1) << name;
         EXPECT_FALSE(result.hasValue) << name;
@@ -152,8 +153,7 @@ TEST_F(WSLibTest, InitWithoutItsPairOfArgumentsGivesMinusThree) {
 }
 
 TEST_F(WSLibTest, MethodsNotAvailableYetGiveMinusThree) {
-    for (const char* name :
-         {"clone", "getSysInfo", "clearLocalCache", "getDeviceEnv", "checkLMSWFmd5sum"}) {
+    for (const char* name : {"clone", "getSysInfo", "clearLocalCache"}) {
         EXPECT_EQ(Call(name, {}).status, -3) << name;
     }
 }
@@ -166,6 +166,22 @@ TEST_F(WSLibTest, FileExistAnswersWithABoolean) {
     fake::Result missing = Call("fileExist", {Value::String("/no/such/file/here")});
     EXPECT_EQ(missing.number, 0);
     EXPECT_EQ(Call("fileExist", {}).status, -3);
+}
+
+TEST_F(WSLibTest, Md5sumGivesTheDigestOrNothing) {
+    const std::string path = ::testing::TempDir() + "wslib-md5-input";
+    FILE* file = std::fopen(path.c_str(), "w");
+    ASSERT_NE(file, nullptr);
+    std::fputs("abc", file);
+    std::fclose(file);
+    fake::Result sum = Call("checkLMSWFmd5sum", {Value::String(path)});
+    EXPECT_EQ(sum.status, 0);
+    EXPECT_EQ(sum.text, "900150983cd24fb0d6963f7d28e17f72");
+    std::remove(path.c_str());
+    fake::Result missing = Call("checkLMSWFmd5sum", {Value::String(path)});
+    EXPECT_EQ(missing.status, 0);
+    EXPECT_EQ(missing.text, "");
+    EXPECT_EQ(Call("checkLMSWFmd5sum", {}).status, -3);
 }
 
 }  // namespace
