@@ -1,5 +1,6 @@
 // Browses the service through LMWSLib as the UI does: init, the genre tree, a page of titles, a
-// title, device authorisation, the wishlist, a purchase and the stream of the bought title. Along the way it
+// title and its box art, device authorisation, the wishlist, a purchase and the stream of the
+// bought title. Along the way it
 // checks the statuses a handler gives for calls it refuses. Every failure is traced as "FAIL";
 // the movie ends with lmstageQuit(0) when all went well, 3 otherwise.
 var ws = new LMWSLib();
@@ -121,6 +122,13 @@ function onTitle(status, value) {
     check("authorize started", ws.authorizeDevice([onAuthorize, {pin: 1234}]) === 0);
 }
 
+function onBoxArt(status, value) {
+    check("getBoxArtImage status " + status, status === 0);
+    check("box art file", typeof value === "string" && value.length > 0);
+    trace("box art " + value);
+    check("title listing started", ws.getTitleListing([onTitle, {titleid: title}]) === 0);
+}
+
 function onTitles(status, value) {
     check("getTitles status " + status, status === 0);
     check("titles", value.Titles.length > 0 && value.CurrentPageNumber === 1);
@@ -128,7 +136,8 @@ function onTitles(status, value) {
     title = first.TitleID;
     sku = first.AvailableProducts[0].SkuID;
     profile = first.AvailableProducts[0].AvailableAssets[0];
-    check("title listing started", ws.getTitleListing([onTitle, {titleid: title}]) === 0);
+    check("box art started",
+          ws.getBoxArtImage([onBoxArt, {boxartsize: 0, boxartprefix: first.BoxArtPrefix}]) === 0);
 }
 
 function onNavigation(status, value) {
