@@ -19,14 +19,19 @@ struct StageRun {
     double seconds = 0;
 };
 
-// Runs lmstage with the movie, every service host pointing at `sim`.
-StageRun RunMovie(const LmsimProcess& sim, const std::string& movie) {
+// Every service host of the client processes started from here is `sim`.
+void PointClientAt(const LmsimProcess& sim) {
     setenv("LM_WS_PRODUCTION_HOST", "127.0.0.1", 1);
     setenv("LM_WS_STAGING_HOST", "127.0.0.1", 1);
     setenv("LM_WS_STAGING_API_HOST", "127.0.0.1", 1);
     setenv("LM_WS_HTTPS_PORT", std::to_string(sim.HttpsPort()).c_str(), 1);
     setenv("LM_WS_HTTP_PORT", std::to_string(sim.HttpPort()).c_str(), 1);
     setenv("LM_WS_CAFILE", sim.CaFile().c_str(), 1);
+}
+
+// Runs lmstage with the movie against `sim`.
+StageRun RunMovie(const LmsimProcess& sim, const std::string& movie) {
+    PointClientAt(sim);
     TempDir dir;
     std::string command = std::string("'") + LM_LMSTAGE + "' '" + LM_TEST_MOVIES + "/" + movie +
                           "' --timeout 30 >'" + (dir / "out") + "' 2>&1";
@@ -71,6 +76,59 @@ TEST(WSMovies, QuitWhileAWorkerRunsWaitsForIt) {
     // The answer is held back 1.5 s: the run ends only once the worker has it.
     EXPECT_GE(run.seconds, 1.5);
     EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
+}
+
+// The device demo as the host runs it: lmhost starts lmlauncher with UI type 2 and its movie,
+// which walks the simulator's catalogue up to a stream location.
+StageRun RunDeviceDemo(const LmsimProcess& sim, const std::string& hostOptions,
+                       const std::string& extraFlashvars, const TempDir& dir) {
+    PointClientAt(sim);
+    std::string flashvars = "modelNumber=BD-TEST&firmwareVersion=FW_TEST&configurationFile=" +
+                            (dir / "kecredentials.xml") +
+                            "&settingsFile=" + (dir / "kepreference.xml") + extraFlashvars;
+    std::string command = "env LM_MOVIE_DIR='" + std::string(LM_SOURCE_DIR) + "/movies' " +
+                          "LM_FLASHVARS='" + flashvars + "' '" + LM_LMHOST + "' --timeout 60 " +
+                          hostOptions + " -- '" + LM_LMLAUNCHER + "' 2 >'" + (dir / "out") +
+                          "' 2>&1";
+    int raw = std::system(command.c_str());
+    StageRun run;
+    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw);
+    std::ifstream in(dir / "out");
+    std::stringstream text;
+    text << in.rdbuf();
+    run.out = text.str();
+    return run;
+}
+
+TEST(DeviceDemo, WalksTheCatalogueAndLeavesWhenTheHostAsks) {
+    LmsimProcess sim;
+    ASSERT_TRUE(sim.Ready());
+    TempDir dir;
+    StageRun run = RunDeviceDemo(sim, "--uninit-after 10", "", dir);
+    EXPECT_EQ(run.status, 0) << run.out;
+    for (const char* line :
+         {"demo: genre 12 is Spy\n", "token stored, protected\n",
+          "demo: stream location http://127.0.0.1:", "demo: the walk is over",
+          "[LMEDK_1.5]Not active exit, release resource \n", "lmhost: received 4 UNINIT_RET\n"})
+        EXPECT_NE(run.out.find(line), std::string::npos) << line << "\n" << run.out;
+    // The token the movie stored is protected: the settings file never holds it in plain text.
+    std::ifstream settings(dir / "kepreference.xml");
+    std::stringstream text;
+    text << settings.rdbuf();
+    EXPECT_NE(text.str().find("AuthToken"), std::string::npos);
+    EXPECT_EQ(text.str().find("LMT-"), std::string::npos) << text.str();
+}
+
+TEST(DeviceDemo, QuitsByItselfThroughTheActivePath) {
+    LmsimProcess sim;
+    ASSERT_TRUE(sim.Ready());
+    TempDir dir;
+    StageRun run = RunDeviceDemo(sim, "", "&autoquit=1", dir);
+    EXPECT_EQ(run.status, 0) << run.out;
+    for (const char* line :
+         {"demo: the walk is over, quitting\n", "Active Exit \n", "lmhost: received 5 FINALIZE\n"})
+        EXPECT_NE(run.out.find(line), std::string::npos) << line << "\n" << run.out;
+    EXPECT_EQ(run.out.find("UNINIT_RET"), std::string::npos) << run.out;
 }
 
 }  // namespace
