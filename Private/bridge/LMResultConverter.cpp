@@ -311,22 +311,9 @@ ASValue* GenreTitles(ASContext& context, const LM_WS_TitlesResponse& r) {
     return Shaped(context, kGenreTitlesNames, fields);
 }
 
-ASValue* Purchases(ASContext& context, const LM_WS_MyVideosResponse& r) {
-    Held titles(ArrayOf(context, r.Titles.Count, r.Titles.Array, PurchasedTitle));
-    if (!titles) {
-        return nullptr;
-    }
-    const ASField fields[] = {Int(r.CurrentPageNumber),
-                              Int(r.ItemsPerPage),
-                              Int(r.TotalPages),
-                              Int(r.TotalItems),
-                              Int(r.ResponseCode),
-                              Text(r.ResponseMessage),
-                              ASField::Value(*titles.Get())};
-    return Shaped(context, kPurchasesNames, fields);
-}
-
-ASValue* SortedPurchases(ASContext& context, const LM_WS_WishlistItemsResponse& r) {
+// A page of purchased titles; the wishlist's page adds its sort order as the last property.
+template <class R>
+ASValue* PurchasePage(ASContext& context, const R& r, const int32_t* sortOrder) {
     Held titles(ArrayOf(context, r.Titles.Count, r.Titles.Array, PurchasedTitle));
     if (!titles) {
         return nullptr;
@@ -338,8 +325,21 @@ ASValue* SortedPurchases(ASContext& context, const LM_WS_WishlistItemsResponse& 
                               Int(r.ResponseCode),
                               Text(r.ResponseMessage),
                               ASField::Value(*titles.Get()),
-                              Int(r.SortOrder)};
-    return Shaped(context, kSortedPurchasesNames, fields);
+                              Int(sortOrder ? *sortOrder : 0)};
+    static_assert(sizeof fields / sizeof fields[0] ==
+                      sizeof kSortedPurchasesNames / sizeof kSortedPurchasesNames[0],
+                  "one field per name");
+    return context.NewShapedObject(
+        sortOrder ? ShapeOf(kSortedPurchasesNames) : ShapeOf(kPurchasesNames), fields);
+}
+
+ASValue* Purchases(ASContext& context, const LM_WS_MyVideosResponse& r) {
+    return PurchasePage(context, r, nullptr);
+}
+
+ASValue* SortedPurchases(ASContext& context, const LM_WS_WishlistItemsResponse& r) {
+    const int32_t sortOrder = r.SortOrder;
+    return PurchasePage(context, r, &sortOrder);
 }
 
 // An object of the status, then one array property made by `makeArray`.
