@@ -202,6 +202,13 @@ bool LMWSLibAE::Busy() {
     return m_RunningCall != nullptr;
 }
 
+int32_t LMWSLibAE::Refusal() {
+    if (!m_Initialised.load(std::memory_order_acquire)) {
+        return kNotInitialised;
+    }
+    return Busy() ? kCallRunning : 0;
+}
+
 bool LMWSLibAE::RunThread(const char* name, void (*procedure)(void*), void* parameters,
                           ASObject& caller, ASContext& context) {
     (void)caller;
@@ -258,11 +265,8 @@ void LMWSLibAE::Start(ASContext& context, ASObject& self, Args& args, ASResult& 
         LM_LogOutput(Area(), LM_LOG_ERROR, "LMWSLibAE::%s is not available yet\n", method);
         return Give(result, nullptr, kBadArguments);
     }
-    if (!m_Initialised.load(std::memory_order_acquire)) {
-        return Give(result, nullptr, kNotInitialised);
-    }
-    if (Busy()) {
-        return Give(result, nullptr, kCallRunning);
+    if (int32_t refusal = Refusal()) {
+        return Give(result, nullptr, refusal);
     }
     ASValue* callback = nullptr;
     ASValue* parameters = nullptr;
@@ -521,11 +525,8 @@ void LMWSLibAE::idle(ASContext&, ASObject&, Args&, ASResult& result) {
 // waits its turn like a service call.
 void LMWSLibAE::getUserAgent(ASContext& context, ASObject&, Args&, ASResult& result) {
     LM_LogScope scope(kClassName, "getUserAgent", Area());
-    if (!m_Initialised.load(std::memory_order_acquire)) {
-        return Give(result, nullptr, kNotInitialised);
-    }
-    if (Busy()) {
-        return Give(result, nullptr, kCallRunning);
+    if (int32_t refusal = Refusal()) {
+        return Give(result, nullptr, refusal);
     }
     LM_WS_LengthAndText agent{};
     LM_WS_getUserAgent(&m_Handle, &agent);
@@ -538,11 +539,8 @@ void LMWSLibAE::getUserAgent(ASContext& context, ASObject&, Args&, ASResult& res
 // named), as a number.
 void LMWSLibAE::getDeviceEnv(ASContext& context, ASObject&, Args&, ASResult& result) {
     LM_LogScope scope(kClassName, "getDeviceEnv", Area());
-    if (!m_Initialised.load(std::memory_order_acquire)) {
-        return Give(result, nullptr, kNotInitialised);
-    }
-    if (Busy()) {
-        return Give(result, nullptr, kCallRunning);
+    if (int32_t refusal = Refusal()) {
+        return Give(result, nullptr, refusal);
     }
     LMWSClient* client = LMWSClient::From(&m_Handle);
     Give(result, client != nullptr ? context.NewInt(client->m_Params.EnvID) : nullptr);

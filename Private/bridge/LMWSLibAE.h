@@ -161,6 +161,9 @@ private:
     static bool TakeCallArguments(Args& args, ae::stagecraft::ASValue*& callback,
                                   ae::stagecraft::ASValue*& parameters);
     bool Busy();
+    // Why a call that needs the client cannot start now: -1 not initialised, -2 a call is
+    // running; 0 when it can.
+    int32_t Refusal();
     // Starts the worker; false when no thread could be started (then nothing was kept).
     bool RunThread(const char* name, void (*procedure)(void*), void* parameters,
                    ae::stagecraft::ASObject& caller, ae::stagecraft::ASContext& context);
