@@ -148,6 +148,8 @@ public:
     // The parameter block of a call, owned by its worker.
     struct Call;
     struct InitCall;
+    // Chooses the pages to fetch ahead while the user pages through a list.
+    class PrefetchMgr;
 
 private:
     LMWSLibAE(const LMWSLibAE&) = delete;
