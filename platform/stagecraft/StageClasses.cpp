@@ -20,6 +20,7 @@
 #include <cstdio>
 #include <new>
 
+#include "StageValue.h"
 #include "StageWindowSet.h"
 #include "Stagecraft.h"
 
@@ -414,6 +415,21 @@ void StageWindowSet::RunUpdates() {
         if (instance && --instance->busy == 0 && instance->finalized)
             DestructInstance(instance);
     }
+}
+
+ASExtensionClass* StageWindowSet::GetNativeInstance(const ASValue& value, const char* classID) {
+    // Every value handle of this kernel is a StageValue.
+    const auto& handle = static_cast<const StageValue&>(value);
+    if (!classID || handle.Owner() != this || !handle.IsLiveObject())
+        return nullptr;
+    // Few instances live at a time: a walk is cheaper than another index to keep in step.
+    for (const auto& entry : m_Instances) {
+        const Instance& instance = *entry.second;
+        if (instance.object == handle.HeapPtr() && !instance.finalized &&
+            m_Classes[instance.classIndex].cls->classId == classID)
+            return instance.native;
+    }
+    return nullptr;
 }
 
 }  // namespace stagecraft

@@ -56,6 +56,7 @@ public:
                       int32_t second) override;
     ASObject* NewShapedObject(const ASShape& shape, const ASField* fields) override;
     ASObject* NewShapedArray(const ASShape& shape, const ASField* fields, uint32_t count) override;
+    ASExtensionClass* GetNativeInstance(const ASValue& value, const char* classID) override;
     void RequestUpdates(ASExtensionClass& instance) override;
     void StopUpdates(ASExtensionClass& instance) override;
     void Stop() override;

@@ -160,6 +160,10 @@ public:
     void RequestUpdates(ae::stagecraft::ASExtensionClass&) override {}
     void StopUpdates(ae::stagecraft::ASExtensionClass&) override {}
     void Stop() override {}
+    ae::stagecraft::ASExtensionClass* GetNativeInstance(const ae::stagecraft::ASValue&,
+                                                        const char*) override {
+        return nullptr;
+    }
 };
 
 // Keeps a copy of the value given and counts the statuses.

@@ -260,6 +260,10 @@ public:
             updating = nullptr;
     }
     void Stop() override {}
+    ae::stagecraft::ASExtensionClass* GetNativeInstance(const ae::stagecraft::ASValue&,
+                                                        const char*) override {
+        return nullptr;
+    }
 
     ASExtensionClass* updating = nullptr;
 };

@@ -195,6 +195,17 @@ public:
             out->Release();
         result.SetStatus(ok ? 0 : 1);
     }
+    // same(x): logs what GetNativeInstance makes of x: "this", "other" (another Probe), "none".
+    void Same(ASContext& context, ASObject&, AEArray<ASValue*>& args, ASResult& result) {
+        ASExtensionClass* native = context.GetNativeInstance(*args[0], "com.kestrel.test.Probe");
+        ASExtensionClass* wrongClass = context.GetNativeInstance(*args[0], "com.kestrel.test.X");
+        std::lock_guard<std::mutex> lock(g_State->mutex);
+        g_State->log.push_back(wrongClass       ? "wrong class"
+                               : native == this ? "this"
+                               : native         ? "other"
+                                                : "none");
+        result.SetStatus(0);
+    }
     // Keeps copies of the arguments in the test state, past the window set.
     void Keep(ASContext&, ASObject&, AEArray<ASValue*>& args, ASResult& result) {
         for (uint32_t i = 0; i < args.GetCount(); ++i)
@@ -254,6 +265,7 @@ public:
         methods.Append({"callBack", 0, AEHandler(&Probe::CallBack)});
         methods.Append({"keep", 0, AEHandler(&Probe::Keep)});
         methods.Append({"later", 0, AEHandler(&Probe::Later)});
+        methods.Append({"same", 0, AEHandler(&Probe::Same)});
     }
     bool FiresEvents() override { return false; }
     ASExtensionClass* ConstructInstance(ASContext&) override {
@@ -464,6 +476,15 @@ TEST_F(StageTest, MethodsCheckWhatTheyAreCalledOn) {
     EXPECT_EQ(r.ran, AEError_OK) << r.err;
     EXPECT_EQ(Log(), (std::vector<std::string>{"TypeError", "TypeError", "TypeError", "TypeError",
                                                "undefined undefined true", "unbound static"}));
+}
+
+TEST_F(StageTest, NativeCodeFindsTheInstanceBehindAnObject) {
+    RunResult r = Run(R"(
+        var p = new Probe(), q = new Probe();
+        p.same(p); p.same(q); p.same(Object.create(q)); p.same(Probe); p.same({}); p.same(3);
+        Probe.stop();)");
+    EXPECT_EQ(r.ran, AEError_OK) << r.err;
+    EXPECT_EQ(Log(), (std::vector<std::string>{"this", "other", "none", "none", "none", "none"}));
 }
 
 TEST_F(StageTest, InstancesAreDestructedExactlyOnce) {

@@ -88,6 +88,12 @@ public:
     virtual ASObject* NewShapedArray(const ASShape& shape, const ASField* fields,
                                      uint32_t count) = 0;
 
+    // The native instance behind `value` when it is a live object made by `new X()` of the class
+    // registered as `classID`; null for anything else (including an object inheriting from an
+    // instance, a static class's constructor, or an instance already finalised). Lets a method
+    // take another instance of a class as an argument.
+    virtual ASExtensionClass* GetNativeInstance(const ASValue& value, const char* classID) = 0;
+
     // OnUpdate of `instance` is called on every turn of the stage loop from RequestUpdates until
     // StopUpdates (both idempotent; safe from inside OnUpdate).
     virtual void RequestUpdates(ASExtensionClass& instance) = 0;
