@@ -1,6 +1,10 @@
 #include "LMWSLibAE.h"
 
+#include <dirent.h>
+#include <fnmatch.h>
+
 #include <cstdint>
+#include <new>
 #include <cstdio>
 #include <cstring>
 
@@ -35,6 +39,7 @@ enum {
     kCallRunning = -2,
     kBadArguments = -3,
     kAlreadyInitialised = -4,
+    kNoCloneSource = -5,
 };
 
 int Area() {
@@ -147,9 +152,13 @@ const char* Text(const LMWSArg* args, InitKey key) {
 
 }  // namespace
 
+struct LMWSLibAE::SetupParams {
+    LMWSArg args[kInitKeyCount];
+};
+
 struct LMWSLibAE::InitCall {
     LMWSLibAE* owner = nullptr;
-    LMWSArg args[kInitKeyCount];
+    SetupParams setup;
 };
 
 LMWSLibAE::LMWSLibAE() {
@@ -358,6 +367,33 @@ void LMWSLibAE::OnUpdate(ASContext& context) {
 
 // ---- init ----
 
+LM_WS_Status LMWSLibAE::SetUp(LM_WS_Handle* handle, const SetupParams& setup) {
+    const LMWSArg* a = setup.args;
+    LM_WS_SetupParams params{};
+    params.APIKey = Text(a, kAPIKey);
+    params.AuthToken = Text(a, kAuthToken);
+    params.DestinationUniqueID = Text(a, kDestinationUniqueID);
+    params.DestinationTypeID = a[kDestinationTypeID].number;
+    params.UserName = Text(a, kUserName);
+    params.Password = Text(a, kPassword);
+    params.ServiceBaseURL = Text(a, kServiceBaseURL);
+    params.Type = a[kType].number;
+    params.EnvNum = static_cast<LM_WS_EnvNum>(a[kEnvNum].number);
+    params.CacheType = static_cast<uint32_t>(a[kCacheType].number);
+    params.CacheData = static_cast<uint32_t>(a[kCacheData].number);
+    params.CacheLimit = static_cast<uint32_t>(a[kCacheLimit].number);
+    params.CachePath = Text(a, kCachePath);
+    params.ProxyHost = Text(a, kProxyHost);
+    params.ProxyPort = a[kProxyPort].number;
+    params.ProxyUserName = Text(a, kProxyUserName);
+    params.ProxyPassword = Text(a, kProxyPassword);
+    params.AccessType = a[kAccessType].number;
+    params.ApplicationRevision = Text(a, kApplicationRevision);
+    params.firmwareVersion = Text(a, kFirmwareVersion);
+    params.modelNumber = Text(a, kModelNumber);
+    return LM_WS_Setup(handle, &params);
+}
+
 void LMWSLibAE::RunInit(void* block) {
     InitCall* call = static_cast<InitCall*>(block);
     AE_ASSERT(call != nullptr);
@@ -367,30 +403,7 @@ void LMWSLibAE::RunInit(void* block) {
     AE_ASSERT(call->owner != nullptr);
     LMWSLibAE* owner = call->owner;
     if (owner != nullptr) {
-        const LMWSArg* a = call->args;
-        LM_WS_SetupParams params{};
-        params.APIKey = Text(a, kAPIKey);
-        params.AuthToken = Text(a, kAuthToken);
-        params.DestinationUniqueID = Text(a, kDestinationUniqueID);
-        params.DestinationTypeID = a[kDestinationTypeID].number;
-        params.UserName = Text(a, kUserName);
-        params.Password = Text(a, kPassword);
-        params.ServiceBaseURL = Text(a, kServiceBaseURL);
-        params.Type = a[kType].number;
-        params.EnvNum = static_cast<LM_WS_EnvNum>(a[kEnvNum].number);
-        params.CacheType = static_cast<uint32_t>(a[kCacheType].number);
-        params.CacheData = static_cast<uint32_t>(a[kCacheData].number);
-        params.CacheLimit = static_cast<uint32_t>(a[kCacheLimit].number);
-        params.CachePath = Text(a, kCachePath);
-        params.ProxyHost = Text(a, kProxyHost);
-        params.ProxyPort = a[kProxyPort].number;
-        params.ProxyUserName = Text(a, kProxyUserName);
-        params.ProxyPassword = Text(a, kProxyPassword);
-        params.AccessType = a[kAccessType].number;
-        params.ApplicationRevision = Text(a, kApplicationRevision);
-        params.firmwareVersion = Text(a, kFirmwareVersion);
-        params.modelNumber = Text(a, kModelNumber);
-        LM_WS_Status status = LM_WS_Setup(&owner->m_Handle, &params);
+        LM_WS_Status status = SetUp(&owner->m_Handle, call->setup);
         LM_LogOutput(Area(), LM_LOG_TRACE, "LMWSLib::init, ret:%d\n", status);
         // Set before the answer, so that a call made from init's completion is accepted.
         if (status == 0) {
@@ -399,6 +412,41 @@ void LMWSLibAE::RunInit(void* block) {
         owner->Finish(status, 0);
     }
     AE_DELETE(call);
+}
+
+bool LMWSLibAE::SetUpClone() {
+    if (!m_NeedsSetUp.load(std::memory_order_acquire)) {
+        return true;
+    }
+    LM_WS_Status status = m_Setup != nullptr ? SetUp(&m_Handle, *m_Setup) : LM_WS_INVALID_ARGUMENT;
+    LM_LogOutput(Area(), LM_LOG_TRACE, "LMWSLib::clone, ret:%d\n", status);
+    if (status != 0) {
+        // The call is answered with the set-up's status; the next call tries again.
+        Finish(status, 0);
+        return false;
+    }
+    m_NeedsSetUp.store(false, std::memory_order_release);
+    return true;
+}
+
+void LMWSLibAE::DeviceChanged(const char* operation) {
+    LMWSClient* client = LMWSClient::From(&m_Handle);
+    if (client == nullptr) {
+        return;
+    }
+    // The service knows this device's unique id under a second registration, and that one is in
+    // use: the device keeps the token it was set up with rather than the one just issued.
+    if ((client->m_Params.Flag & kLMWSDuplicateDeviceFlag) != 0 &&
+        client->m_RegistrationState == kLMWSRegisteredTwice) {
+        LM_LogOutput(Area(), LM_LOG_TRACE, "LMWSLib::%s duplicate\n", operation);
+        if (m_Setup != nullptr) {
+            client->m_Params.AuthToken = m_Setup->args[kAuthToken].text;
+        }
+        return;
+    }
+    if (m_Setup != nullptr) {
+        m_Setup->args[kAuthToken].text = client->m_Params.AuthToken;
+    }
 }
 
 void LMWSLibAE::init(ASContext& context, ASObject& self, Args& args, ASResult& result) {
@@ -419,10 +467,11 @@ void LMWSLibAE::init(ASContext& context, ASObject& self, Args& args, ASResult& r
     if (call != nullptr) {
         call->owner = this;
         for (int i = 0; i < kInitKeyCount; ++i) {
-            ReadParam(parameters, kInitParams[i], call->args[i]);
+            ReadParam(parameters, kInitParams[i], call->setup.args[i]);
         }
-        m_CacheType = call->args[kCacheType].number;
-        m_CacheData = call->args[kCacheData].number;
+        m_CacheType = call->setup.args[kCacheType].number;
+        m_CacheData = call->setup.args[kCacheData].number;
+        m_Setup.reset(new (std::nothrow) SetupParams(call->setup));
     }
     if (parameters != nullptr) {
         parameters->Release();
@@ -498,20 +547,144 @@ LMWS_ASYNC_HANDLER(getAudioDefaultProperty)
 
 #undef LMWS_ASYNC_HANDLER
 
-// ---- Synchronous methods not available yet ----
+// ---- clone ----
 
-#define LMWS_LATER_HANDLER(name)                                                           \
-    void LMWSLibAE::name(ASContext&, ASObject&, Args&, ASResult& result) {                 \
-        LM_LogScope scope(kClassName, #name, Area());                                      \
-        LM_LogOutput(Area(), LM_LOG_ERROR, "LMWSLibAE::" #name " is not available yet\n"); \
-        Give(result, nullptr, kBadArguments);                                              \
+// clone(other): this instance takes the set-up of `other`, an initialised LMWSLib that is not
+// this one and has no call running, and is initialised from then on. It gets a client of its
+// own, set up from the copied parameters by its first call's worker, so the two instances never
+// share a client (which takes no locks). -5 when there is no such source, or when this
+// instance has a call running.
+void LMWSLibAE::clone(ASContext& context, ASObject&, Args& args, ASResult& result) {
+    LM_LogScope scope(kClassName, "clone", Area());
+    ASExtensionClass* native = args.GetCount() == 1 && args[0] != nullptr
+                                   ? context.GetNativeInstance(*args[0], kClassID)
+                                   : nullptr;
+    LMWSLibAE* source = static_cast<LMWSLibAE*>(native);
+    const char* refusal = nullptr;
+    if (source == nullptr) {
+        refusal = "not an LMWSLib";
+    } else if (source == this) {
+        refusal = "itself";
+    } else if (!source->m_Initialised.load(std::memory_order_acquire) ||
+               source->m_Setup == nullptr) {
+        refusal = "not initialised";
+    } else if (source->Busy() || Busy()) {
+        refusal = "a call is running";
     }
+    SetupParams* copy =
+        refusal == nullptr ? new (std::nothrow) SetupParams(*source->m_Setup) : nullptr;
+    if (copy == nullptr) {
+        LM_LogOutput(Area(), LM_LOG_ERROR, "LMWSLibAE::clone refused: %s\n",
+                     refusal != nullptr ? refusal : "out of memory");
+        return Give(result, nullptr, kNoCloneSource);
+    }
+    m_Setup.reset(copy);
+    m_CacheType = source->m_CacheType;
+    m_CacheData = source->m_CacheData;
+    m_NeedsSetUp.store(true, std::memory_order_release);
+    m_Initialised.store(true, std::memory_order_release);
+    Give(result, nullptr, kAccepted);
+}
 
-LMWS_LATER_HANDLER(clone)
-LMWS_LATER_HANDLER(getSysInfo)
-LMWS_LATER_HANDLER(clearLocalCache)
+// ---- Device and cache helpers ----
 
-#undef LMWS_LATER_HANDLER
+// getSysInfo(): what this instance's client runs with, for a settings or diagnostics page:
+// { ServiceBaseURL, EnvNum, AccessType, UserAgent, CachePath, CacheType, CacheData, CacheLimit,
+//   LocalIPAddr, ApplicationRevision, FirmwareVersion, ModelNumber }. Secrets (key, password,
+// token) are left out. A clone whose client is not set up yet answers from its copied set-up,
+// with an empty ServiceBaseURL and UserAgent.
+void LMWSLibAE::getSysInfo(ASContext& context, ASObject&, Args&, ASResult& result) {
+    LM_LogScope scope(kClassName, "getSysInfo", Area());
+    if (int32_t refusal = Refusal()) {
+        return Give(result, nullptr, refusal);
+    }
+    static const char* const kNames[] = {"ServiceBaseURL",      "EnvNum",          "AccessType",
+                                         "UserAgent",           "CachePath",       "CacheType",
+                                         "CacheData",           "CacheLimit",      "LocalIPAddr",
+                                         "ApplicationRevision", "FirmwareVersion", "ModelNumber"};
+    static const ASShape kShape = {kNames, sizeof kNames / sizeof kNames[0]};
+    const LMWSArg* a = m_Setup != nullptr ? m_Setup->args : nullptr;
+    LMWSClient* client = LMWSClient::From(&m_Handle);
+    LM_WS_SetupParams2 params;
+    if (client != nullptr) {
+        params = client->m_Params;
+    } else if (a != nullptr) {
+        params.EnvID = a[kEnvNum].number;
+        params.AccessType = a[kAccessType].number;
+        params.Cache.CacheType = static_cast<uint32_t>(a[kCacheType].number);
+        params.Cache.CacheData = static_cast<uint32_t>(a[kCacheData].number);
+        params.Cache.CacheLimit = static_cast<uint32_t>(a[kCacheLimit].number);
+        params.Cache.CachePath = a[kCachePath].text;
+        params.ApplicationRevision = a[kApplicationRevision].text;
+        params.firmwareVersion = a[kFirmwareVersion].text;
+        params.modelNumber = a[kModelNumber].text;
+    }
+    LM_WS_LengthAndText address{};
+    LM_WS_getLocalIPAddr(&address);
+    const ASField fields[] = {
+        ASField::String(params.ServiceBaseURL.c_str(), params.ServiceBaseURL.length()),
+        ASField::Int(params.EnvID),
+        ASField::Int(params.AccessType),
+        ASField::String(params.UserAgent.c_str(), params.UserAgent.length()),
+        ASField::String(params.Cache.CachePath.c_str(), params.Cache.CachePath.length()),
+        ASField::Int(static_cast<int32_t>(params.Cache.CacheType)),
+        ASField::Int(static_cast<int32_t>(params.Cache.CacheData)),
+        ASField::Int(static_cast<int32_t>(params.Cache.CacheLimit)),
+        ASField::String(address.Text != nullptr ? address.Text : ""),
+        ASField::String(params.ApplicationRevision.c_str(), params.ApplicationRevision.length()),
+        ASField::String(params.firmwareVersion.c_str(), params.firmwareVersion.length()),
+        ASField::String(params.modelNumber.c_str(), params.modelNumber.length())};
+    ASObject* info = context.NewShapedObject(kShape, fields);
+    LM_WS_FreeResult(&address);
+    Give(result, info);
+}
+
+namespace {
+
+// Removes the files of `folder` whose names match `pattern`; the number removed.
+int32_t RemoveMatching(const LMString& folder, const char* pattern) {
+    DIR* dir = opendir(folder.c_str());
+    if (dir == nullptr) {
+        return 0;
+    }
+    int32_t removed = 0;
+    while (const struct dirent* entry = readdir(dir)) {
+        if (fnmatch(pattern, entry->d_name, FNM_PERIOD) == 0 &&
+            LMFile::Remove((folder + entry->d_name).c_str())) {
+            ++removed;
+        }
+    }
+    closedir(dir);
+    return removed;
+}
+
+}  // namespace
+
+// LMWSLib.clearLocalCache(folder): deletes the cache databases in `folder` (the CachePath given
+// to init) and, when there was one, the box art kept beside them; the number of files removed.
+// Clients already set up keep the database they have open until they are torn down; the
+// clients set up afterwards start with an empty cache. -3 without a folder.
+void LMWSLibAE::clearLocalCache(ASContext& context, ASObject&, Args& args, ASResult& result) {
+    LM_LogScope scope(kClassName, "clearLocalCache", Area());
+    AEString path;
+    if (args.GetCount() != 1 || args[0] == nullptr ||
+        args[0]->GetType() != ae::stagecraft::kASTypeString || !args[0]->ToString(path) ||
+        path.length() == 0) {
+        return Give(result, nullptr, kBadArguments);
+    }
+    LMString folder(path.c_str());
+    if (folder[folder.length() - 1] != '/') {
+        folder.append('/');
+    }
+    int32_t removed = RemoveMatching(folder, "*.lm");
+    if (removed > 0) {
+        removed += RemoveMatching(folder, "*.lm-*");
+        removed += RemoveMatching(folder, "*.jpg");
+    }
+    LM_LogOutput(Area(), LM_LOG_TRACE, "LMWSLibAE::clearLocalCache, %s: %d files removed\n",
+                 folder.c_str(), removed);
+    Give(result, context.NewInt(removed));
+}
 
 // ---- Synchronous methods ----
 

@@ -17,6 +17,7 @@
 #define LM_WSLIBAE_H
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -148,6 +149,10 @@ public:
     // The parameter block of a call, owned by its worker.
     struct Call;
     struct InitCall;
+    // The values init was given, kept for clones and for the prefetch workers' own clients.
+    struct SetupParams;
+    // Sets up `handle` from `setup`; the status of the client's set-up.
+    static LM_WS_Status SetUp(LM_WS_Handle* handle, const SetupParams& setup);
     // Chooses the pages to fetch ahead while the user pages through a list.
     class PrefetchMgr;
 
@@ -178,6 +183,13 @@ private:
 
     static void RunOperation(void* block);
     static void RunInit(void* block);
+    // A worker's first step on a clone: its client is set up from the copied parameters. False
+    // (and the answer given) when that fails.
+    bool SetUpClone();
+    // After authorizeDevice or deactivateDevice (`operation`) succeeded: the duplicate-device
+    // check, and the kept set-up takes the client's new token so that clones made from now on
+    // carry the device's current authorisation.
+    void DeviceChanged(const char* operation);
 
     std::mutex m_CallLock;  // guards m_RunningCall
     LMThread* m_RunningCall = nullptr;
@@ -191,6 +203,11 @@ private:
     uint32_t m_Kind = 0;  // 0: no record (init)
     std::atomic<bool> m_Done{false};
     std::atomic<bool> m_Initialised{false};
+
+    // Written by the script thread before a worker starts; the worker may update the token.
+    std::unique_ptr<SetupParams> m_Setup;
+    // Set by clone: the next worker sets the client up first.
+    std::atomic<bool> m_NeedsSetUp{false};
 
     bool m_Idle = false;
     int32_t m_CacheType = 0;

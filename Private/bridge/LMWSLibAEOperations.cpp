@@ -10,6 +10,10 @@ namespace {
 
 LMLogArea g_WorkerArea("LM_WSAE");
 
+// The workers report a missing block or owner under the source name the field logs know.
+#define LMWS_WORKER_ASSERT(x) \
+    ((x) ? static_cast<void>(0) : ae::AEReportAssert("##x##", "Operations.cpp", __LINE__))
+
 #define LMWS_CALL(...)                                   \
     [](LM_WS_Handle* h, const LMWSArg* a, LMWSRecord& r, \
        std::vector<uint8_t>& f) -> LM_WS_Status {        \
@@ -234,17 +238,21 @@ bool LMWSKindOwnsMemory(uint32_t kind) {
 
 void LMWSLibAE::RunOperation(void* block) {
     Call* call = static_cast<Call*>(block);
-    AE_ASSERT(call != nullptr);
+    LMWS_WORKER_ASSERT(call != nullptr);
     if (call == nullptr) {
         return;
     }
-    AE_ASSERT(call->owner != nullptr);
+    LMWS_WORKER_ASSERT(call->owner != nullptr);
     LMWSLibAE* owner = call->owner;
-    if (owner != nullptr) {
+    if (owner != nullptr && owner->SetUpClone()) {
         const Operation& operation = *call->operation;
         std::memset(static_cast<void*>(&owner->m_Record), 0, sizeof owner->m_Record);
         LM_WS_Status status =
             operation.call(&owner->m_Handle, call->args, owner->m_Record, owner->m_TitleFlags);
+        if (status == 0 && (std::strcmp(operation.name, "authorizeDevice") == 0 ||
+                            std::strcmp(operation.name, "deactivateDevice") == 0)) {
+            owner->DeviceChanged(operation.name);
+        }
         const bool boxArt = std::strcmp(operation.name, "getBoxArtImage") == 0;
         if (!boxArt) {
             LM_LogOutput(g_WorkerArea.Id(), LM_LOG_TRACE, "LMWSLib::%s, ret:%d\n", operation.name,

@@ -13,6 +13,9 @@
 #include "StreamAPI.h"
 #include "StreamDownloadAPI.h"
 
+enum : uint8_t { kLMWSDuplicateDeviceFlag = 0x10 };  // bit 4 of LM_WS_SetupParams2::Flag
+enum : int32_t { kLMWSRegisteredTwice = 2 };
+
 struct LMWSClient {
     RealTimeBrowse m_RealTimeBrowse;
     StreamAPI m_StreamAPI;
@@ -23,6 +26,11 @@ struct LMWSClient {
     LMAnswerMemo m_AnswerMemo;  // decoded copies of recently read cache entries
     // The token validity the last LM_WS_checkAuthToken saw: user data is dropped when it changes.
     bool m_AuthTokenValid = false;
+    // Which registration of this device the service uses: 0 not known, 1 its own,
+    // kLMWSRegisteredTwice when its unique id is registered a second time and that one is used
+    // (the web-service class then keeps the device's set-up token). Only meaningful with
+    // kLMWSDuplicateDeviceFlag in m_Params.Flag; set-up clears both.
+    int32_t m_RegistrationState = 0;
 
     // The facade is usable from the start (with StreamAPI) and follows SetAccessType.
     LMWSClient() { m_StreamDownloadAPI.Init(&m_StreamAPI, &m_DownloadAPI, m_Params.AccessType); }

@@ -29,12 +29,13 @@ void PointClientAt(const LmsimProcess& sim) {
     setenv("LM_WS_CAFILE", sim.CaFile().c_str(), 1);
 }
 
-// Runs lmstage with the movie against `sim`.
-StageRun RunMovie(const LmsimProcess& sim, const std::string& movie) {
+// Runs lmstage with the movie against `sim`; `options` go on lmstage's command line as they are.
+StageRun RunMovie(const LmsimProcess& sim, const std::string& movie,
+                  const std::string& options = "") {
     PointClientAt(sim);
     TempDir dir;
     std::string command = std::string("'") + LM_LMSTAGE + "' '" + LM_TEST_MOVIES + "/" + movie +
-                          "' --timeout 30 >'" + (dir / "out") + "' 2>&1";
+                          "' --timeout 30 " + options + " >'" + (dir / "out") + "' 2>&1";
     auto start = std::chrono::steady_clock::now();
     int raw = std::system(command.c_str());
     StageRun run;
@@ -65,6 +66,18 @@ TEST(WSMovies, BrowseFromInitToTheStreamOfABoughtTitle) {
     // Only the one-argument trace prints.
     EXPECT_EQ(Count(run.out, "FLASH TRACE == "), 1u) << run.out;
     EXPECT_NE(run.out.find("FLASH TRACE == one argument\n"), std::string::npos) << run.out;
+}
+
+TEST(WSMovies, CloneSysInfoAndClearingTheCache) {
+    LmsimProcess sim;
+    ASSERT_TRUE(sim.Ready());
+    TempDir cache;
+    StageRun run = RunMovie(sim, "ws-clone.js", "--flashvars 'cache=" + cache.path() + "/'");
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("clone done, failures 0\n"), std::string::npos) << run.out;
+    EXPECT_EQ(std::system(("ls '" + cache.path() + "' | grep -q '[.]lm$'").c_str()) == 0, false)
+        << "the cache database is still there";
 }
 
 TEST(WSMovies, QuitWhileAWorkerRunsWaitsForIt) {
