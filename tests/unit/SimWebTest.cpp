@@ -150,3 +150,18 @@ TEST(SimFaults, SpecsAreValidated) {
 }
 
 }  // namespace
+
+TEST(SimRequestLog, SoapLineNamesTheOperationAndItsLeafArguments) {
+    const std::string request =
+        "POST /api/RealTimeBrowse.asmx HTTP/1.1\r\nHost: x\r\n\r\n"
+        "<?xml version=\"1.0\"?><SOAP-ENV:Envelope xmlns:SOAP-ENV=\"e\"><SOAP-ENV:Header>"
+        "<wsse:Password>secret</wsse:Password></SOAP-ENV:Header><SOAP-ENV:Body>"
+        "<LM1:getTitlesByNavigation><LM1:NavigationID>12</LM1:NavigationID><LM1:Page>"
+        "<LM1:PageNumber>2</LM1:PageNumber><LM1:Empty/></LM1:Page><LM1:Query></LM1:Query>"
+        "</LM1:getTitlesByNavigation></SOAP-ENV:Body></SOAP-ENV:Envelope>";
+    // The header (and its secrets) stays out; nested and empty elements are leaves too.
+    EXPECT_EQ(lmsim::SimRequestLog::SoapLine(request),
+              "SOAP getTitlesByNavigation NavigationID=12 PageNumber=2 Empty= Query=");
+    EXPECT_EQ(lmsim::SimRequestLog::SoapLine("GET / HTTP/1.1\r\n\r\n"), "");
+    EXPECT_EQ(lmsim::SimRequestLog::SoapLine("<Envelope><Body></Body></Envelope>"), "");
+}

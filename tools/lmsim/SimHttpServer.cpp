@@ -200,6 +200,9 @@ void SimHttpServer::Serve(int fd) {
         WriteResponse(fd, Control(request), Fault());
         return;
     }
+    if (m_Log != nullptr) {
+        m_Log->Write(request.method + " " + request.target);
+    }
     WriteResponse(fd, m_Web.Handle(request, time(nullptr)), m_Faults.Take());
 }
 

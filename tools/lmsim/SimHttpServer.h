@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "SimFaults.h"
+#include "SimRequestLog.h"
 #include "SimWeb.h"
 
 namespace lmsim {
@@ -22,6 +23,8 @@ public:
     // Binds 127.0.0.1:port (0 picks a free port); false with a message in `error`.
     bool Listen(int port, std::string& error);
     int Port() const { return m_Port; }
+    // Each request served (the fault switches aside) is written to `log` (null: none).
+    void SetRequestLog(SimRequestLog* log) { m_Log = log; }
     void Start();
     void Stop();
 
@@ -38,6 +41,7 @@ private:
     const SimWeb& m_Web;
     SimFaults& m_Faults;
     int m_Listen = -1;
+    SimRequestLog* m_Log = nullptr;
     int m_Port = 0;
     std::atomic<bool> m_Running{false};
     std::thread m_Thread;

@@ -17,7 +17,19 @@ struct Connection {
     bool headerDone = false;
     size_t announced = 0;  // the answer's Content-Length, once its header went out
     size_t bodySent = 0;
+    size_t (*recv)(struct soap*, char*, size_t) = nullptr;  // the context's own receive
+    std::string received;                                   // the request, for the log
 };
+
+// Receives through the real callback, keeping what came for the request log.
+size_t LoggingRecv(struct soap* soap, char* data, size_t length) {
+    Connection* c = static_cast<Connection*>(soap->user);
+    size_t n = c->recv(soap, data, length);
+    if (c->received.size() < (256u << 10)) {
+        c->received.append(data, n);
+    }
+    return n;
+}
 
 bool EndsWith(const char* s, const char* tail) {
     size_t n = strlen(s);
@@ -183,10 +195,14 @@ void SimSoapServer::AcceptLoop() {
 void SimSoapServer::Serve(struct soap* conn) {
     conn->recv_timeout = 10;
     conn->send_timeout = 10;
-    Connection c{&m_Web, m_Faults.Take(), conn->fsend};
+    Connection c{&m_Web, m_Faults.Take(), conn->fsend, false, 0, 0, nullptr, std::string()};
     conn->user = &c;
     conn->fsend = FaultySend;
     conn->fget = HttpGet;
+    if (m_Log != nullptr) {
+        c.recv = conn->frecv;
+        conn->frecv = LoggingRecv;
+    }
     if (c.fault.kind == FaultKind::Delay) {
         usleep(static_cast<useconds_t>(c.fault.value) * 1000);
     }
@@ -216,6 +232,9 @@ void SimSoapServer::Serve(struct soap* conn) {
             }
             if (rc != SOAP_OK && conn->error < SOAP_STOP) {
                 soap_send_fault(conn);
+            }
+            if (m_Log != nullptr) {
+                m_Log->Write(SimRequestLog::SoapLine(c.received));
             }
         }
     }

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "SimFaults.h"
+#include "SimRequestLog.h"
 #include "SimServices.h"
 #include "SimWeb.h"
 
@@ -27,6 +28,8 @@ public:
     // Loads DIR/server.pem and DIR/server.key and binds 127.0.0.1:port (0 picks one).
     bool Listen(const std::string& tlsDir, int port, std::string& error);
     int Port() const { return m_Port; }
+    // Each SOAP request served is written to `log` (null: none). Set before Start.
+    void SetRequestLog(SimRequestLog* log) { m_Log = log; }
     void Start();
     // Stops accepting and waits for the connections in progress.
     void Stop();
@@ -45,6 +48,7 @@ private:
     std::mutex m_Lock;
     std::condition_variable m_Idle;
     int m_Active = 0;
+    SimRequestLog* m_Log = nullptr;
 };
 
 }  // namespace lmsim

@@ -34,6 +34,8 @@ void Usage(FILE* out) {
             "  --env-digit D          the environment query's answer (default 2, production)\n"
             "  --access-type N        what getFileType answers: 1 download, 2 stream (default 2)\n"
             "  --bandwidth-bytes N    size of the bandwidth-check file (default 262144)\n"
+            "  --request-log FILE     append one line per request served: 'SOAP operation\n"
+            "                         name=value ...' or 'GET path'\n"
             "  --fault KIND[:VALUE]   arm a fault for every answer: delay:MS, close-mid-body,\n"
             "                         http-status:CODE, malformed-xml, bad-content-length,\n"
             "                         response-code:N (the answer's first ResponseCode 0 is N,\n"
@@ -88,6 +90,7 @@ int main(int argc, char** argv) {
     long bandwidth = 262144;
     lmsim::WebSettings web;
     lmsim::Fault fault;
+    std::string requestLogPath;
     for (int i = 1; i < argc; ++i) {
         std::string arg = argv[i];
         if (arg == "--help" || arg == "-h") {
@@ -113,6 +116,8 @@ int main(int argc, char** argv) {
             ok = ParseInt(value, 0, 2, accessType);
         } else if (arg == "--bandwidth-bytes") {
             ok = ParseInt(value, 1, 64L << 20, bandwidth);
+        } else if (arg == "--request-log") {
+            requestLogPath = value;
         } else if (arg == "--fault") {
             ok = lmsim::SimFaults::ParseFault(value, fault);
         } else {
@@ -147,8 +152,14 @@ int main(int argc, char** argv) {
     if (fault.kind != lmsim::FaultKind::None) {
         faults.Arm(fault, -1);
     }
+    lmsim::SimRequestLog requestLog;
+    if (!requestLogPath.empty() && !requestLog.Open(requestLogPath)) {
+        fprintf(stderr, "lmsim: cannot open the request log %s\n", requestLogPath.c_str());
+        return 1;
+    }
     // The plain-HTTP port first: the SOAP answers name URLs on it.
     lmsim::SimHttpServer http(simWeb, faults);
+    http.SetRequestLog(&requestLog);
     std::string error;
     if (!http.Listen(static_cast<int>(httpPort), error)) {
         fprintf(stderr, "lmsim: HTTP: %s\n", error.c_str());
@@ -157,6 +168,7 @@ int main(int argc, char** argv) {
     lmsim::SimState state{catalogue, accounts, static_cast<int>(accessType), http.Port(),
                           web.bandwidthPath};
     lmsim::SimSoapServer https(state, simWeb, faults);
+    https.SetRequestLog(&requestLog);
     if (!https.Listen(tlsDir, static_cast<int>(httpsPort), error)) {
         fprintf(stderr, "lmsim: HTTPS: %s\n", error.c_str());
         return 1;
