@@ -10,6 +10,7 @@
 
 #include "LMDeployment.h"
 #include "LMFile.h"
+#include "LMPrefetchMgr.h"
 #include "LMLog.h"
 #include "LMResultConverter.h"
 #include "LMThread.h"
@@ -152,16 +153,14 @@ const char* Text(const LMWSArg* args, InitKey key) {
 
 }  // namespace
 
-struct LMWSLibAE::SetupParams {
-    LMWSArg args[kInitKeyCount];
-};
+static_assert(static_cast<int>(kInitKeyCount) == static_cast<int>(kLMWSInitKeyCount), "init keys");
 
 struct LMWSLibAE::InitCall {
     LMWSLibAE* owner = nullptr;
     SetupParams setup;
 };
 
-LMWSLibAE::LMWSLibAE() {
+LMWSLibAE::LMWSLibAE() : m_PrefetchMgr(new (std::nothrow) PrefetchMgr()) {
     std::memset(static_cast<void*>(&m_Record), 0, sizeof m_Record);
 }
 
@@ -179,6 +178,8 @@ LMWSLibAE::~LMWSLibAE() {
         m_Callback->Release();
     }
     LM_WS_Teardown(&m_Handle);
+    LM_WS_Teardown(&m_PagePrefetchHandle);
+    LM_WS_Teardown(&m_BoxArtPrefetchHandle);
 }
 
 // ---- Calls and completions ----
@@ -306,15 +307,20 @@ void LMWSLibAE::Start(ASContext& context, ASObject& self, Args& args, ASResult& 
                      a[0].number, a[1].number, a[2].number,
                      reinterpret_cast<void*>(static_cast<intptr_t>(a[3].number)));
         m_LastPurchaseType = a[3].number;
+        for (int i = 0; i < 4; ++i) {
+            m_TitlesQuery[i] = a[i].number;
+        }
     } else if (std::strcmp(method, "getBoxArtImage") == 0) {
+        m_BoxArtSize = a[0].number;
         LM_LogOutput(Area(), LM_LOG_TRACE, "LMWSLibAE::getBoxArtImage,boxartprefix:%s\n",
                      a[1].text.c_str());
     }
     if (std::strcmp(method, "getTitles") == 0 || std::strcmp(method, "getMyVideos") == 0 ||
         std::strcmp(method, "getWishlistItems") == 0 ||
         std::strcmp(method, "getAllTvEpisodeListings") == 0) {
-        m_PrefetchEligible = false;
+        m_PrefetchEligible.store(false, std::memory_order_relaxed);
     }
+    m_CallName = operation->name;
     m_Callback = callback;
     if (!RunThread(method, &LMWSLibAE::RunOperation, call, self, context)) {
         // No worker: no answer will come.
@@ -327,6 +333,7 @@ void LMWSLibAE::Start(ASContext& context, ASObject& self, Args& args, ASResult& 
 
 void LMWSLibAE::OnUpdate(ASContext& context) {
     if (!m_Done.load(std::memory_order_acquire)) {
+        StartBoxArtPrefetch(context);
         return;
     }
     context.StopUpdates(*this);
@@ -346,6 +353,7 @@ void LMWSLibAE::OnUpdate(ASContext& context) {
         Reap(TakeRunningCall());
         return;
     }
+    StartTitlesPrefetch(m_Status);
     ASValue* value = kind != 0 ? LMResultToScript(context, kind, &m_Record) : nullptr;
     ReleaseRecord(kind);
     if (value == nullptr) {
@@ -363,6 +371,10 @@ void LMWSLibAE::OnUpdate(ASContext& context) {
         }
     }
     Reap(worker);
+    // A prefetch started or still running: keep watching for the box art it leaves.
+    if (PrefetchPending()) {
+        context.RequestUpdates(*this);
+    }
 }
 
 // ---- init ----
@@ -444,6 +456,7 @@ void LMWSLibAE::DeviceChanged(const char* operation) {
         }
         return;
     }
+    std::lock_guard<std::mutex> lock(m_PrefetchLock);  // the prefetch starts copy m_Setup
     if (m_Setup != nullptr) {
         m_Setup->args[kAuthToken].text = client->m_Params.AuthToken;
     }
@@ -688,9 +701,11 @@ void LMWSLibAE::clearLocalCache(ASContext& context, ASObject&, Args& args, ASRes
 
 // ---- Synchronous methods ----
 
-void LMWSLibAE::idle(ASContext&, ASObject&, Args&, ASResult& result) {
+// idle(): the movie waits for the user; background work (the box-art prefetch) may run now.
+void LMWSLibAE::idle(ASContext& context, ASObject&, Args&, ASResult& result) {
     LM_LogScope scope(kClassName, "idle", Area());
     m_Idle = true;
+    context.RequestUpdates(*this);
     Give(result, nullptr);
 }
 

@@ -155,6 +155,18 @@ public:
     static LM_WS_Status SetUp(LM_WS_Handle* handle, const SetupParams& setup);
     // Chooses the pages to fetch ahead while the user pages through a list.
     class PrefetchMgr;
+    // The parameter blocks of the prefetch workers (LMWSLibAEPrefetch.cpp).
+    struct PagePrefetch;
+    struct BoxArtPrefetch;
+    struct PageList;  // a list the page prefetch walks: titles, the account's videos, wishlist
+
+    // The prefetch workers. Each kind runs on a client of its own, set up from init's
+    // parameters, so no client ever serves two calls at once; all share the cache database.
+    static void prefetch_getTitles(void* block);
+    static void prefetch_getMyVideos(void* block);
+    static void prefetch_getWishlistItems(void* block);
+    static void prefetch_getBoxArts(void* block);
+    static void RunPagePrefetch(void* block, const PageList& list);
 
 private:
     LMWSLibAE(const LMWSLibAE&) = delete;
@@ -174,6 +186,19 @@ private:
     // Starts the worker; false when no thread could be started (then nothing was kept).
     bool RunThread(const char* name, void (*procedure)(void*), void* parameters,
                    ae::stagecraft::ASObject& caller, ae::stagecraft::ASContext& context);
+    // Starts a prefetch worker in its slot: the titles slot for "prefetch_getTitles", the box-art
+    // slot for the others. False when no thread could be started (the slot is then empty).
+    bool RunPrefetchThread(const char* name, void (*procedure)(void*), void* parameters);
+    // OnUpdate while no answer waits: the box-art prefetch of the pending prefixes.
+    void StartBoxArtPrefetch(ae::stagecraft::ASContext& context);
+    // OnUpdate after an answer of `status`: the page prefetch around the page just delivered.
+    void StartTitlesPrefetch(int32_t status);
+    // Whether OnUpdate still has prefetch work to watch for.
+    bool PrefetchPending();
+    // A prefetch worker's client: `handle` set up from `setup` when it has no client yet.
+    static bool PrefetchClient(LM_WS_Handle* handle, const SetupParams& setup, const char* name);
+    // Adds box-art prefixes for the box-art prefetch (from the page prefetch worker).
+    void AddPendingBoxArts(std::vector<LMString>& prefixes);
     LMThread* TakeRunningCall();
     void Reap(LMThread* thread);
     // Releases the stored record of a result of `kind`.
@@ -213,13 +238,26 @@ private:
     int32_t m_CacheType = 0;
     int32_t m_CacheData = 0;
 
-    // Prefetch state, used once prefetching lands.
+    // Prefetch state. The flags are written by the prefetch workers and read by the script
+    // thread; the slots change under m_CallLock; the rest under m_PrefetchLock.
     int32_t m_LastPurchaseType = 0;
-    bool m_PrefetchEligible = false;
+    // The getTitles arguments of the call in progress: genre, page, page size, purchase type.
+    int32_t m_TitlesQuery[4] = {};
+    int32_t m_BoxArtSize = 0;          // the size of the movie's last getBoxArtImage
+    const char* m_CallName = nullptr;  // the method of the call in progress
+    std::atomic<bool> m_PrefetchEligible{false};
     std::atomic<bool> m_TitlesPrefetchBusy{false};
     std::atomic<bool> m_BoxArtPrefetchBusy{false};
     LMThread* m_TitlesPrefetch = nullptr;
     LMThread* m_BoxArtPrefetch = nullptr;
+    std::mutex m_PrefetchLock;
+    std::unique_ptr<PrefetchMgr> m_PrefetchMgr;
+    std::vector<LMString> m_PendingBoxArts;
+    // The pages the manager's fetched list is about: genre, page size, purchase type.
+    int32_t m_PrefetchKey[3] = {};
+    // The prefetch workers' own clients, each used by one worker at a time (the busy flags).
+    LM_WS_Handle m_PagePrefetchHandle{};
+    LM_WS_Handle m_BoxArtPrefetchHandle{};
 };
 
 // The class as the runtime registers it.

@@ -253,6 +253,10 @@ void LMWSLibAE::RunOperation(void* block) {
                             std::strcmp(operation.name, "deactivateDevice") == 0)) {
             owner->DeviceChanged(operation.name);
         }
+        // A page of titles came: the pages around it may be fetched ahead once it is delivered.
+        if (status == 0 && std::strcmp(operation.name, "getTitles") == 0) {
+            owner->m_PrefetchEligible.store(true, std::memory_order_relaxed);
+        }
         const bool boxArt = std::strcmp(operation.name, "getBoxArtImage") == 0;
         if (!boxArt) {
             LM_LogOutput(g_WorkerArea.Id(), LM_LOG_TRACE, "LMWSLib::%s, ret:%d\n", operation.name,

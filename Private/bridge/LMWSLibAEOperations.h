@@ -25,6 +25,13 @@ struct LMWSArg {
 
 enum { kLMWSMaxParams = 5 };
 
+// The set-up keys of init, read in this order (LMWSLibAE.cpp names them).
+enum { kLMWSInitKeyCount = 21 };
+
+struct LMWSLibAE::SetupParams {
+    LMWSArg args[kLMWSInitKeyCount];
+};
+
 struct LMWSLibAE::Operation {
     const char* name;
     uint32_t kind;

@@ -2,11 +2,14 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "LmsimProcess.h"
 #include "TempDir.h"
@@ -78,6 +81,82 @@ TEST(WSMovies, CloneSysInfoAndClearingTheCache) {
     EXPECT_NE(run.out.find("clone done, failures 0\n"), std::string::npos) << run.out;
     EXPECT_EQ(std::system(("ls '" + cache.path() + "' | grep -q '[.]lm$'").c_str()) == 0, false)
         << "the cache database is still there";
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// The lines of `log` that start with `prefix`.
+std::vector<std::string> LinesStarting(const std::string& log, const std::string& prefix) {
+    std::vector<std::string> lines;
+    std::istringstream in(log);
+    for (std::string line; std::getline(in, line);) {
+        if (line.compare(0, prefix.size(), prefix) == 0) {
+            lines.push_back(line);
+        }
+    }
+    return lines;
+}
+
+// Waits until `path` has not grown for `quietMs`, at most `limitMs`.
+void WaitUntilQuiet(const std::string& path, int quietMs, int limitMs) {
+    size_t size = ReadFile(path).size();
+    int quiet = 0;
+    for (int waited = 0; waited < limitMs && quiet < quietMs; waited += 50) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        size_t now = ReadFile(path).size();
+        quiet = now == size ? quiet + 50 : 0;
+        size = now;
+    }
+}
+
+TEST(WSMovies, PagesAroundTheOneShownAndTheirBoxArtAreFetchedAhead) {
+    TempDir dir;
+    const std::string log = dir / "requests";
+    LmsimProcess sim({"--request-log", log});
+    ASSERT_TRUE(sim.Ready());
+    const std::string cache = dir / "cache";
+    const std::string go = dir / "go";
+    ASSERT_EQ(std::system(("mkdir '" + cache + "'").c_str()), 0);
+    StageRun run;
+    std::thread movie([&] {
+        run = RunMovie(sim, "ws-prefetch.js", "--flashvars 'cache=" + cache + "/&go=" + go + "'");
+    });
+    // The movie shows page 1 and goes idle; the prefetch runs until the log stays quiet.
+    for (int i = 0; i < 200 && LinesStarting(ReadFile(log), "SOAP getTitles").size() < 2; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    WaitUntilQuiet(log, 1500, 20000);
+    sim.Stop();
+    std::ofstream(go).put('\n');
+    movie.join();
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("prefetch done, failures 0\n"), std::string::npos) << run.out;
+
+    // The probe's page, then page 1 and the eight pages around it, next and previous in turn,
+    // each asked for once.
+    const std::string text = ReadFile(log);
+    std::vector<std::string> pages;
+    for (const std::string& line : LinesStarting(text, "SOAP getTitlesByNavigation")) {
+        size_t at = line.find("CurrentPageNumber=");
+        pages.push_back(line.substr(at + 18, line.find(' ', at) - at - 18));
+    }
+    EXPECT_EQ(pages, (std::vector<std::string>{"1", "1", "2", "10", "3", "9", "4", "8", "5", "7"}))
+        << text;
+    // The box art of the eight prefetched pages, each image once, is on disk.
+    const std::vector<std::string> images = LinesStarting(text, "GET /images/boxart/");
+    EXPECT_GE(images.size(), 8u) << text;
+    std::vector<std::string> unique(images);
+    std::sort(unique.begin(), unique.end());
+    EXPECT_EQ(std::unique(unique.begin(), unique.end()), unique.end()) << text;
+    const std::string count = "ls '" + cache + "' | grep -c '[.]jpg$' > '" + (dir / "n") + "'";
+    (void)std::system(count.c_str());
+    EXPECT_EQ(std::stoul("0" + ReadFile(dir / "n")), images.size());
 }
 
 TEST(WSMovies, QuitWhileAWorkerRunsWaitsForIt) {

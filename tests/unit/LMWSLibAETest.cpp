@@ -152,10 +152,12 @@ TEST_F(WSLibTest, InitWithoutItsPairOfArgumentsGivesMinusThree) {
     EXPECT_EQ(Call("init", {Value::String("a"), Value::String("b")}).status, -3);
 }
 
-TEST_F(WSLibTest, MethodsNotAvailableYetGiveMinusThree) {
-    for (const char* name : {"clone", "getSysInfo", "clearLocalCache"}) {
-        EXPECT_EQ(Call(name, {}).status, -3) << name;
-    }
+TEST_F(WSLibTest, HelpersRefuseWhatTheyCannotUse) {
+    EXPECT_EQ(Call("clone", {}).status, -5);
+    EXPECT_EQ(Call("clone", {Value::String("not an instance")}).status, -5);
+    EXPECT_EQ(Call("getSysInfo", {}).status, -1);
+    EXPECT_EQ(Call("clearLocalCache", {}).status, -3);
+    EXPECT_EQ(Call("clearLocalCache", {Value::String("")}).status, -3);
 }
 
 TEST_F(WSLibTest, FileExistAnswersWithABoolean) {
