@@ -159,6 +159,19 @@ TEST(WSMovies, PagesAroundTheOneShownAndTheirBoxArtAreFetchedAhead) {
     EXPECT_EQ(std::stoul("0" + ReadFile(dir / "n")), images.size());
 }
 
+// Under the sanitizer builds this is the leak and race check of the call cycle: every record,
+// parameter block, worker and callback handle of 1,000 calls is released.
+TEST(WSMovies, AThousandCallsInTurnOnOneInstance) {
+    LmsimProcess sim;
+    ASSERT_TRUE(sim.Ready());
+    TempDir cache;
+    StageRun run =
+        RunMovie(sim, "ws-thousand.js", "--timeout 240 --flashvars 'cache=" + cache.path() + "/'");
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("calls 1000 in "), std::string::npos) << run.out;
+}
+
 TEST(WSMovies, QuitWhileAWorkerRunsWaitsForIt) {
     LmsimProcess sim({"--fault", "delay:1500"});
     ASSERT_TRUE(sim.Ready());
