@@ -4,38 +4,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
+#include <memory>
+#include <new>
 #include <utility>
+#include <vector>
 
 using ae::stagecraft::ASContext;
 using ae::stagecraft::ASField;
-using ae::stagecraft::ASObject;
 using ae::stagecraft::ASShape;
 using ae::stagecraft::ASValue;
 
 namespace {
-
-// Owns one value handle and releases it when it goes.
-class Held {
-public:
-    Held() = default;
-    explicit Held(ASValue* value) : m_Value(value) {}
-    Held(const Held&) = delete;
-    Held& operator=(const Held&) = delete;
-    ~Held() { Reset(nullptr); }
-
-    void Reset(ASValue* value) {
-        if (m_Value != nullptr) {
-            m_Value->Release();
-        }
-        m_Value = value;
-    }
-    ASValue* Get() const { return m_Value; }
-    ASValue* Take() { return std::exchange(m_Value, nullptr); }
-    explicit operator bool() const { return m_Value != nullptr; }
-
-private:
-    ASValue* m_Value = nullptr;
-};
 
 // ---- Property names ----
 //
@@ -123,10 +102,57 @@ constexpr ASShape ShapeOf(const char* const (&names)[N]) {
     return ASShape{names, static_cast<uint32_t>(N)};
 }
 
-// Makes the object of `names` from `fields`, which must hold one field per name.
+// ---- The tree ----
+//
+// A result is described as one tree of fields (nested objects and arrays included) and made by
+// the runtime in one step: a page of titles is hundreds of objects, and a handle and an engine
+// call for each would cost more than parsing the same data as JSON.
+
+// Holds the tree's fields in blocks that never move, so a field can point at its children.
+class Arena {
+public:
+    // `count` contiguous fields, all undefined; null when memory runs out (then Failed()).
+    ASField* Allocate(size_t count) {
+        if (count == 0) {
+            static ASField none;
+            return &none;
+        }
+        if (m_Used + count > m_Size) {
+            const size_t size = std::max<size_t>(count, kBlock);
+            std::unique_ptr<ASField[]> block(new (std::nothrow) ASField[size]());
+            if (!block) {
+                m_Failed = true;
+                return nullptr;
+            }
+            m_Current = block.get();
+            m_Blocks.push_back(std::move(block));
+            m_Size = size;
+            m_Used = 0;
+        }
+        ASField* fields = m_Current + m_Used;
+        m_Used += count;
+        return fields;
+    }
+    bool Failed() const { return m_Failed; }
+
+private:
+    static constexpr size_t kBlock = 1024;
+    std::vector<std::unique_ptr<ASField[]>> m_Blocks;
+    ASField* m_Current = nullptr;
+    size_t m_Size = 0;
+    size_t m_Used = 0;
+    bool m_Failed = false;
+};
+
+// The object of `names` from `fields` (one per name), copied into the arena.
 template <size_t N>
-ASValue* Shaped(ASContext& context, const char* const (&names)[N], const ASField (&fields)[N]) {
-    return context.NewShapedObject(ShapeOf(names), fields);
+ASField Object(Arena& arena, const char* const (&names)[N], const ASField (&fields)[N]) {
+    ASField* copy = arena.Allocate(N);
+    if (copy == nullptr) {
+        return ASField{};
+    }
+    std::copy(fields, fields + N, copy);
+    return ASField::Object(ShapeOf(names), copy);
 }
 
 // ---- Fields ----
@@ -147,212 +173,164 @@ ASField NumberText(const char* text) {
 
 // ---- Arrays ----
 
-// An Array of `make(context, array[i])` for each of the `count` elements; an empty Array when
+// An Array of `make(arena, array[i])` for each of the `count` elements; an empty Array when
 // there are none (a negative count or a null array included).
 template <class E, class Make>
-ASValue* ArrayOf(ASContext& context, int32_t count, const E* array, Make make) {
-    Held list(context.NewInstance("Array"));
-    ASObject* object = list ? list.Get()->AsObject() : nullptr;
-    if (object == nullptr) {
-        return nullptr;
+ASField ArrayOf(Arena& arena, int32_t count, const E* array, Make make) {
+    const uint32_t n = array != nullptr && count > 0 ? static_cast<uint32_t>(count) : 0;
+    ASField* elements = arena.Allocate(n);
+    if (elements == nullptr) {
+        return ASField{};
     }
-    for (int32_t i = 0; array != nullptr && i < count; ++i) {
-        Held element(make(context, array[i]));
-        const ASValue* argument = element.Get();
-        if (!element || !object->CallMethod("push", 1, &argument)) {
-            return nullptr;
-        }
+    for (uint32_t i = 0; i < n; ++i) {
+        elements[i] = make(arena, array[i]);
     }
-    return list.Take();
+    return ASField::Array(elements, n);
 }
 
 // ---- The title and its parts ----
 
-ASValue* BonusAsset(ASContext& context, const LM_WS_BonusAsset& asset) {
+ASField BonusAsset(Arena& arena, const LM_WS_BonusAsset& asset) {
     const ASField fields[] = {Int(asset.BonusAssetID), Int(asset.Profile), Int(asset.BonusType)};
-    return Shaped(context, kBonusAssetNames, fields);
+    return Object(arena, kBonusAssetNames, fields);
 }
 
-ASValue* FileProfile(ASContext& context, const int32_t& profile) {
+ASField FileProfile(Arena& arena, const int32_t& profile) {
     const ASField fields[] = {Int(profile)};
-    return Shaped(context, kFileProfileNames, fields);
+    return Object(arena, kFileProfileNames, fields);
 }
 
-ASValue* AudioFile(ASContext& context, const LM_WS_AudioFile& audio) {
+ASField AudioFile(Arena& arena, const LM_WS_AudioFile& audio) {
     const ASField fields[] = {Int(audio.AssetAudioID), Text(audio.FileLocation),
                               Flag(audio.ContainsVideo), Int(audio.AudioAssetProfile)};
-    return Shaped(context, kAudioNames, fields);
+    return Object(arena, kAudioNames, fields);
 }
 
 // The expiry text "YYYY/MM/DD hh:mm:ss" as a Date; the script counts months from 0. Parts the
 // text lacks are 0.
-ASValue* ExpiryDate(ASContext& context, const char* text) {
+ASField ExpiryDate(const char* text) {
     int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
     std::sscanf(text, "%04d/%02d/%02d %02d:%02d:%02d", &year, &month, &day, &hour, &minute,
                 &second);
-    return context.NewDate(year, month - 1, day, hour, minute, second);
+    return ASField::Date(year, month - 1, day, hour, minute, second);
 }
 
-ASValue* Product(ASContext& context, const LM_WS_ProductListing& product) {
-    Held assets(ArrayOf(context, product.AvailableAssets.Count, product.AvailableAssets.Array,
-                        FileProfile));
-    Held audio(ArrayOf(context, product.AvailableAudioProfiles.Count,
-                       product.AvailableAudioProfiles.Array, AudioFile));
-    if (!assets || !audio) {
-        return nullptr;
+ASField Product(Arena& arena, const LM_WS_ProductListing& product) {
+    const ASField fields[] = {
+        Int(product.SkuID),
+        Int(product.PurchaseType),
+        Text(product.Price),
+        Int(product.RentalPeriod),
+        ArrayOf(arena, product.AvailableAssets.Count, product.AvailableAssets.Array, FileProfile),
+        ArrayOf(arena, product.AvailableAudioProfiles.Count, product.AvailableAudioProfiles.Array,
+                AudioFile)};
+    if (product.ExpireDate == nullptr || product.ExpireDate[0] == 0) {
+        return Object(arena, kProductNames, fields);
     }
-    const bool expires = product.ExpireDate != nullptr && product.ExpireDate[0] != 0;
-    Held expiry(expires ? ExpiryDate(context, product.ExpireDate) : nullptr);
-    if (expires && !expiry) {
-        return nullptr;
-    }
-    const ASField fields[] = {Int(product.SkuID),
-                              Int(product.PurchaseType),
-                              Text(product.Price),
-                              Int(product.RentalPeriod),
-                              ASField::Value(*assets.Get()),
-                              ASField::Value(*audio.Get()),
-                              expires ? ASField::Value(*expiry.Get()) : ASField{}};
-    return expires ? context.NewShapedObject(ShapeOf(kExpiringProductNames), fields)
-                   : context.NewShapedObject(ShapeOf(kProductNames), fields);
+    const ASField expiring[] = {fields[0],
+                                fields[1],
+                                fields[2],
+                                fields[3],
+                                fields[4],
+                                fields[5],
+                                ExpiryDate(product.ExpireDate)};
+    return Object(arena, kExpiringProductNames, expiring);
 }
 
-// The arrays a title's fields refer to; they must live until its object is made.
-struct TitleParts {
-    Held bonusAssets;
-    Held products;
-};
-
-// Writes the title's kTitleCount fields to `fields`; false when the runtime failed.
-bool TitleFields(ASContext& context, const LM_WS_TitleListing& title, TitleParts& parts,
-                 ASField* fields) {
-    parts.bonusAssets.Reset(
-        ArrayOf(context, title.BonusAssets.Count, title.BonusAssets.Array, BonusAsset));
-    parts.products.Reset(
-        ArrayOf(context, title.AvailableProducts.Count, title.AvailableProducts.Array, Product));
-    if (!parts.bonusAssets || !parts.products) {
-        return false;
-    }
-    const ASField own[kTitleCount] = {Int(title.TitleID),
-                                      Text(title.TitleName),
-                                      Text(title.BoxArtPrefix),
-                                      Int(title.TitlePosition),
-                                      Int(title.EpisodeNumber),
-                                      Text(title.CHVRSRating),
-                                      Text(title.LoyaltyPointsForBuy),
-                                      Text(title.LoyaltyPointsForRent),
-                                      ASField::Value(*parts.bonusAssets.Get()),
-                                      Flag(title.IsTvListing),
-                                      Text(title.MPAARating),
-                                      Flag(title.IsTHXMediaDirectorEnabled),
-                                      Flag(title.IsTHXMediaDirectorEnabledForTrailer),
-                                      ASField::Value(*parts.products.Get())};
+// Writes the title's kTitleCount fields to `fields`.
+void TitleFields(Arena& arena, const LM_WS_TitleListing& title, ASField* fields) {
+    const ASField own[kTitleCount] = {
+        Int(title.TitleID),
+        Text(title.TitleName),
+        Text(title.BoxArtPrefix),
+        Int(title.TitlePosition),
+        Int(title.EpisodeNumber),
+        Text(title.CHVRSRating),
+        Text(title.LoyaltyPointsForBuy),
+        Text(title.LoyaltyPointsForRent),
+        ArrayOf(arena, title.BonusAssets.Count, title.BonusAssets.Array, BonusAsset),
+        Flag(title.IsTvListing),
+        Text(title.MPAARating),
+        Flag(title.IsTHXMediaDirectorEnabled),
+        Flag(title.IsTHXMediaDirectorEnabledForTrailer),
+        ArrayOf(arena, title.AvailableProducts.Count, title.AvailableProducts.Array, Product)};
     std::copy(own, own + kTitleCount, fields);
-    return true;
 }
 
-ASValue* Title(ASContext& context, const LM_WS_TitleListing& title) {
-    TitleParts parts;
+ASField Title(Arena& arena, const LM_WS_TitleListing& title) {
     ASField fields[kTitleCount];
-    if (!TitleFields(context, title, parts, fields)) {
-        return nullptr;
-    }
-    return Shaped(context, kTitleNames, fields);
+    TitleFields(arena, title, fields);
+    return Object(arena, kTitleNames, fields);
 }
 
-ASValue* TitleDetail(ASContext& context, const LM_WS_TitleListingResponse& detail) {
-    TitleParts parts;
+ASField TitleDetail(Arena& arena, const LM_WS_TitleListingResponse& detail) {
     ASField fields[kDetailCount] = {
         Int(detail.ResponseCode), Text(detail.ResponseMessage), Text(detail.Synopsys),
         Int(detail.UserRating),   Text(detail.Directors),       Text(detail.Actors),
         Text(detail.Writers),     Text(detail.Producers),       Text(detail.Copyright),
         Text(detail.RunTime),     Text(detail.RatingReason)};
-    if (!TitleFields(context, detail.TitleListing, parts, fields + kDetailOwnCount)) {
-        return nullptr;
-    }
-    return Shaped(context, kDetailNames, fields);
+    TitleFields(arena, detail.TitleListing, fields + kDetailOwnCount);
+    return Object(arena, kDetailNames, fields);
 }
 
-ASValue* PurchasedTitle(ASContext& context, const LM_WS_TitleListingPurchased& purchased) {
-    TitleParts parts;
+ASField PurchasedTitle(Arena& arena, const LM_WS_TitleListingPurchased& purchased) {
     ASField fields[kPurchasedCount];
-    if (!TitleFields(context, purchased.TitleListing, parts, fields)) {
-        return nullptr;
-    }
+    TitleFields(arena, purchased.TitleListing, fields);
     const ASField own[] = {Int(purchased.EpisodeID),           Int(purchased.TvListingTitleID),
                            Int(purchased.PurchaseType),        Int(purchased.Status),
                            NumberText(purchased.RentalPeriod), Int(purchased.PassID),
                            Int(purchased.PlayStatus),          Int(purchased.StartTimeSeconds)};
     static_assert(kTitleCount + sizeof own / sizeof own[0] == kPurchasedCount, "purchase fields");
     std::copy(std::begin(own), std::end(own), fields + kTitleCount);
-    return Shaped(context, kPurchasedNames, fields);
+    return Object(arena, kPurchasedNames, fields);
 }
 
 // ---- Per kind ----
 
-ASValue* Navigation(ASContext& context, const LM_WS_Navigation& r) {
-    return ArrayOf(context, r.Genres.Count, r.Genres.Array,
-                   [](ASContext& c, const LM_WS_Genre& genre) {
-                       const ASField fields[] = {Int(genre.ID), Text(genre.Name),
-                                                 Flag(genre.Visible), Int(genre.ParentId)};
-                       return Shaped(c, kGenreNames, fields);
-                   });
+ASField Navigation(Arena& arena, const LM_WS_Navigation& r) {
+    return ArrayOf(arena, r.Genres.Count, r.Genres.Array, [](Arena& a, const LM_WS_Genre& genre) {
+        const ASField fields[] = {Int(genre.ID), Text(genre.Name), Flag(genre.Visible),
+                                  Int(genre.ParentId)};
+        return Object(a, kGenreNames, fields);
+    });
 }
 
-ASValue* GenreTitles(ASContext& context, const LM_WS_TitlesResponse& r) {
-    Held titles(ArrayOf(context, r.Titles.Count, r.Titles.Array, Title));
-    if (!titles) {
-        return nullptr;
-    }
-    const ASField fields[] = {Int(r.GenreID),          Int(r.CurrentPageNumber),
-                              Int(r.ItemsPerPage),     Int(r.TotalPages),
-                              Int(r.TotalItems),       Int(r.ResponseCode),
-                              Text(r.ResponseMessage), ASField::Value(*titles.Get())};
-    return Shaped(context, kGenreTitlesNames, fields);
+ASField GenreTitles(Arena& arena, const LM_WS_TitlesResponse& r) {
+    const ASField fields[] = {
+        Int(r.GenreID),          Int(r.CurrentPageNumber),
+        Int(r.ItemsPerPage),     Int(r.TotalPages),
+        Int(r.TotalItems),       Int(r.ResponseCode),
+        Text(r.ResponseMessage), ArrayOf(arena, r.Titles.Count, r.Titles.Array, Title)};
+    return Object(arena, kGenreTitlesNames, fields);
 }
 
 // A page of purchased titles; the wishlist's page adds its sort order as the last property.
 template <class R>
-ASValue* PurchasePage(ASContext& context, const R& r, const int32_t* sortOrder) {
-    Held titles(ArrayOf(context, r.Titles.Count, r.Titles.Array, PurchasedTitle));
-    if (!titles) {
-        return nullptr;
-    }
+ASField PurchasePage(Arena& arena, const R& r, const int32_t* sortOrder) {
     const ASField fields[] = {Int(r.CurrentPageNumber),
                               Int(r.ItemsPerPage),
                               Int(r.TotalPages),
                               Int(r.TotalItems),
                               Int(r.ResponseCode),
                               Text(r.ResponseMessage),
-                              ASField::Value(*titles.Get()),
+                              ArrayOf(arena, r.Titles.Count, r.Titles.Array, PurchasedTitle),
                               Int(sortOrder ? *sortOrder : 0)};
     static_assert(sizeof fields / sizeof fields[0] ==
                       sizeof kSortedPurchasesNames / sizeof kSortedPurchasesNames[0],
                   "one field per name");
-    return context.NewShapedObject(
-        sortOrder ? ShapeOf(kSortedPurchasesNames) : ShapeOf(kPurchasesNames), fields);
-}
-
-ASValue* Purchases(ASContext& context, const LM_WS_MyVideosResponse& r) {
-    return PurchasePage(context, r, nullptr);
-}
-
-ASValue* SortedPurchases(ASContext& context, const LM_WS_WishlistItemsResponse& r) {
-    const int32_t sortOrder = r.SortOrder;
-    return PurchasePage(context, r, &sortOrder);
-}
-
-// An object of the status, then one array property made by `makeArray`.
-template <class R, class MakeArray>
-ASValue* StatusAndArray(ASContext& context, const R& r, const char* const (&names)[3],
-                        MakeArray makeArray) {
-    Held list(makeArray());
-    if (!list) {
-        return nullptr;
+    if (sortOrder != nullptr) {
+        return Object(arena, kSortedPurchasesNames, fields);
     }
-    const ASField fields[] = {Int(r.ResponseCode), Text(r.ResponseMessage),
-                              ASField::Value(*list.Get())};
-    return Shaped(context, names, fields);
+    const ASField unsorted[] = {fields[0], fields[1], fields[2], fields[3],
+                                fields[4], fields[5], fields[6]};
+    return Object(arena, kPurchasesNames, unsorted);
+}
+
+// An object of the status, then one array property.
+template <class R>
+ASField StatusAndArray(Arena& arena, const R& r, const char* const (&names)[3], ASField list) {
+    const ASField fields[] = {Int(r.ResponseCode), Text(r.ResponseMessage), list};
+    return Object(arena, names, fields);
 }
 
 const char* FileExtensionName(int32_t value, char (&buffer)[16]) {
@@ -363,22 +341,23 @@ const char* FileExtensionName(int32_t value, char (&buffer)[16]) {
     return buffer;
 }
 
-ASValue* Convert(ASContext& context, uint32_t kind, const void* record) {
+// The tree of a record of `kind`; `buffer` holds text the tree may point at.
+ASField Describe(Arena& arena, uint32_t kind, const void* record, char (&buffer)[16]) {
     switch (kind) {
         case 1:
-            return context.NewInt(*static_cast<const int32_t*>(record));
+            return Int(*static_cast<const int32_t*>(record));
         case 2:
-            return context.NewBoolean(*static_cast<const bool*>(record));
+            return ASField::Boolean(*static_cast<const bool*>(record));
         case 3: {
             const auto& r = *static_cast<const LM_WS_LengthAndText*>(record);
-            return r.Text != nullptr ? context.NewString(r.Text, r.Length) : context.NewString("");
+            return r.Text != nullptr ? ASField::String(r.Text, r.Length) : Text(nullptr);
         }
         case 4:
-            return Navigation(context, *static_cast<const LM_WS_Navigation*>(record));
+            return Navigation(arena, *static_cast<const LM_WS_Navigation*>(record));
         case 5:
-            return GenreTitles(context, *static_cast<const LM_WS_TitlesResponse*>(record));
+            return GenreTitles(arena, *static_cast<const LM_WS_TitlesResponse*>(record));
         case 6:
-            return TitleDetail(context, *static_cast<const LM_WS_TitleListingResponse*>(record));
+            return TitleDetail(arena, *static_cast<const LM_WS_TitleListingResponse*>(record));
         case 7: {
             // The service's answer carries no adult-verification flag: it reads false here, and
             // the movie asks checkAdultVerificationEnabled when it needs to know.
@@ -386,80 +365,77 @@ ASValue* Convert(ASContext& context, uint32_t kind, const void* record) {
             const ASField fields[] = {
                 Text(r.AuthToken),  Text(r.EmailAddress), ASField::Boolean(false), Text(r.DeviceID),
                 Text(r.DeviceName), Int(r.ResponseCode),  Text(r.ResponseMessage)};
-            return Shaped(context, kAuthorizeNames, fields);
+            return Object(arena, kAuthorizeNames, fields);
         }
         case 8:
-            return Purchases(context, *static_cast<const LM_WS_MyVideosResponse*>(record));
+            return PurchasePage(arena, *static_cast<const LM_WS_MyVideosResponse*>(record),
+                                nullptr);
         case 9: {
             const auto& r = *static_cast<const LM_WS_StandardResponse*>(record);
             const ASField fields[] = {Int(r.ResponseCode), Text(r.ResponseMessage)};
-            return Shaped(context, kStatusNames, fields);
+            return Object(arena, kStatusNames, fields);
         }
         case 10: {
             const auto& r = *static_cast<const LM_WS_RecommendedTitlesResponse*>(record);
-            return StatusAndArray(context, r, kTitlesNames, [&] {
-                return ArrayOf(context, r.Titles.Count, r.Titles.Array, Title);
-            });
+            return StatusAndArray(arena, r, kTitlesNames,
+                                  ArrayOf(arena, r.Titles.Count, r.Titles.Array, Title));
         }
         case 11: {
             const auto& r = *static_cast<const LM_WS_TranslateSkuIDResponse*>(record);
             const ASField fields[] = {Int(r.ResponseCode), Text(r.ResponseMessage), Int(r.TitleId)};
-            return Shaped(context, kTitleIDNames, fields);
+            return Object(arena, kTitleIDNames, fields);
         }
         case 12: {
             const auto& r = *static_cast<const LM_WS_TvEpisodeList*>(record);
-            return StatusAndArray(context, r, kEpisodeListNames, [&] {
-                return ArrayOf(context, r.Episodes.Count, r.Episodes.Array,
-                               [](ASContext& c, const LM_WS_TvEpisode& episode) {
-                                   const ASField fields[] = {Int(episode.EpisodeID),
-                                                             Text(episode.EpisodeName),
-                                                             Int(episode.EpisodeNumber)};
-                                   return Shaped(c, kEpisodeNames, fields);
-                               });
-            });
+            return StatusAndArray(arena, r, kEpisodeListNames,
+                                  ArrayOf(arena, r.Episodes.Count, r.Episodes.Array,
+                                          [](Arena& a, const LM_WS_TvEpisode& episode) {
+                                              const ASField fields[] = {Int(episode.EpisodeID),
+                                                                        Text(episode.EpisodeName),
+                                                                        Int(episode.EpisodeNumber)};
+                                              return Object(a, kEpisodeNames, fields);
+                                          }));
         }
         case 13: {
             const auto& r =
                 static_cast<const LM_WS_TitleListingResponses*>(record)->TitleListingResponses;
-            Held listings(ArrayOf(context, r.Count, r.Array, TitleDetail));
-            if (!listings) {
-                return nullptr;
-            }
-            const ASField fields[] = {ASField::Value(*listings.Get())};
-            return Shaped(context, kListingsNames, fields);
+            const ASField fields[] = {ArrayOf(arena, r.Count, r.Array, TitleDetail)};
+            return Object(arena, kListingsNames, fields);
         }
-        case 14:
-            return SortedPurchases(context,
-                                   *static_cast<const LM_WS_WishlistItemsResponse*>(record));
+        case 14: {
+            const auto& r = *static_cast<const LM_WS_WishlistItemsResponse*>(record);
+            const int32_t sortOrder = r.SortOrder;
+            return PurchasePage(arena, r, &sortOrder);
+        }
         case 15: {
             const auto& r = *static_cast<const LM_WS_PurchaseResponse*>(record);
             const ASField fields[] = {Int(r.PassID), Int(r.TransactionId),
                                       Text(r.TransactionAuthNum), Int(r.ResponseCode),
                                       Text(r.ResponseMessage)};
-            return Shaped(context, kPurchaseNames, fields);
+            return Object(arena, kPurchaseNames, fields);
         }
         case 16: {
             const auto& r = *static_cast<const LM_WS_StandardResponse*>(record);
             const ASField fields[] = {ASField::Boolean(r.ResponseCode == 0), Int(r.ResponseCode),
                                       Text(r.ResponseMessage)};
-            return Shaped(context, kAdultEnabledNames, fields);
+            return Object(arena, kAdultEnabledNames, fields);
         }
         case 17: {
             const auto& r = *static_cast<const LM_WS_AdultVerificationPinResponse*>(record);
             const ASField fields[] = {Flag(r.IsPinVerified), Int(r.ResponseCode),
                                       Text(r.ResponseMessage)};
-            return Shaped(context, kPinNames, fields);
+            return Object(arena, kPinNames, fields);
         }
         case 18: {
             const auto& r = *static_cast<const LM_WS_GiftCertificateResponse*>(record);
             const ASField fields[] = {Int(r.Balance), Int(r.ResponseCode), Text(r.ResponseMessage)};
-            return Shaped(context, kBalanceNames, fields);
+            return Object(arena, kBalanceNames, fields);
         }
         case 19: {
             const auto& r = *static_cast<const LM_WS_RentalExpirationResponse*>(record);
             const ASField fields[] = {Flag(r.ShouldDisplay), Int(r.HoursRemaining),
                                       Int(r.ResponseCode), Text(r.ResponseMessage)};
-            return Shaped(context, kRentalNames, fields);
+            return Object(arena, kRentalNames, fields);
         }
         case 20: {
             const auto& r = *static_cast<const LM_WS_StreamingAssetLocationResponse*>(record);
@@ -474,69 +450,66 @@ ASValue* Convert(ASContext& context, uint32_t kind, const void* record) {
                                       Int(r.HeartbeatPollInSeconds),
                                       Int(r.ResponseCode),
                                       Text(r.ResponseMessage)};
-            return Shaped(context, kStreamingNames, fields);
+            return Object(arena, kStreamingNames, fields);
         }
         case 21: {
             const auto& r = *static_cast<const LM_WS_EmailAddressResponse*>(record);
             const ASField fields[] = {Text(r.EmailAddress), Int(r.ResponseCode),
                                       Text(r.ResponseMessage)};
-            return Shaped(context, kEmailNames, fields);
+            return Object(arena, kEmailNames, fields);
         }
         case 22: {
             const auto& r = *static_cast<const LM_WS_BillingInfoResponse*>(record);
             const ASField fields[] = {Text(r.CCLastFour), Int(r.CCTypeId), Text(r.CCType),
                                       Int(r.ResponseCode), Text(r.ResponseMessage)};
-            return Shaped(context, kBillingNames, fields);
+            return Object(arena, kBillingNames, fields);
         }
         case 23: {
             const auto& r = *static_cast<const LM_WS_PPCardBalanceResponse*>(record);
             const ASField fields[] = {Int(r.Balance), Int(r.ResponseCode), Text(r.ResponseMessage)};
-            return Shaped(context, kBalanceNames, fields);
+            return Object(arena, kBalanceNames, fields);
         }
         case 24: {
             const auto& r = *static_cast<const LM_WS_ConfigResponse*>(record);
-            return StatusAndArray(context, r, kConfigNames, [&] {
-                return ArrayOf(context, r.Count, r.Array,
-                               [](ASContext& c, const LM_WS_ConfigurationItem& item) {
-                                   const ASField fields[] = {Text(item.Key), Text(item.Value)};
-                                   return Shaped(c, kConfigItemNames, fields);
-                               });
-            });
+            return StatusAndArray(
+                arena, r, kConfigNames,
+                ArrayOf(arena, r.Count, r.Array, [](Arena& a, const LM_WS_ConfigurationItem& item) {
+                    const ASField fields[] = {Text(item.Key), Text(item.Value)};
+                    return Object(a, kConfigItemNames, fields);
+                }));
         }
         case 25: {
             const auto& r = *static_cast<const LM_WS_SettingsPageInfo*>(record);
             const ASField fields[] = {Text(r.Account), Text(r.DeviceID), Text(r.DeviceName),
                                       Int(r.ResponseCode), Text(r.ResponseMessage)};
-            return Shaped(context, kSettingsNames, fields);
+            return Object(arena, kSettingsNames, fields);
         }
         case 26: {
             const auto& r = *static_cast<const LM_WS_FileType*>(record);
-            char buffer[16];
             const ASField fields[] = {Int(r.DRMProvider), Int(r.AccessType), Int(r.FileProfile),
                                       Int(r.VideoFormat),
                                       Text(FileExtensionName(r.FileExtension, buffer))};
-            return Shaped(context, kFileTypeNames, fields);
+            return Object(arena, kFileTypeNames, fields);
         }
         case 27: {
             const auto& r = *static_cast<const LMTitleFlags*>(record);
-            return ArrayOf(context, r.Count, r.Flags, [](ASContext& c, const uint8_t& flag) {
-                return c.NewBoolean(flag != 0);
-            });
+            return ArrayOf(arena, r.Count, r.Flags,
+                           [](Arena&, const uint8_t& flag) { return Flag(flag); });
         }
         case 28: {
             const auto& r = *static_cast<const LM_WS_CalcOrderTaxResponse*>(record);
             const ASField fields[] = {Text(r.SubTotal), Text(r.TotalPrice), Text(r.Tax),
                                       Int(r.ResponseCode), Text(r.ResponseMessage)};
-            return Shaped(context, kOrderTaxNames, fields);
+            return Object(arena, kOrderTaxNames, fields);
         }
         case 29: {
             const auto& r = *static_cast<const LM_WS_THXMediaDirectorResponse*>(record);
             const ASField fields[] = {Text(r.LongFormat), Text(r.ShortFormat), Int(r.ResponseCode),
                                       Text(r.ResponseMessage)};
-            return Shaped(context, kMediaDirectorNames, fields);
+            return Object(arena, kMediaDirectorNames, fields);
         }
         default:
-            return nullptr;
+            return ASField{};
     }
 }
 
@@ -546,5 +519,8 @@ ASValue* LMResultToScript(ASContext& context, uint32_t kind, const void* record)
     if (record == nullptr || kind < kLMResultKindFirst || kind > kLMResultKindLast) {
         return nullptr;
     }
-    return Convert(context, kind, record);
+    Arena arena;
+    char buffer[16];
+    const ASField root = Describe(arena, kind, record, buffer);
+    return arena.Failed() ? nullptr : context.NewTree(root);
 }

@@ -62,40 +62,77 @@ duk_ret_t CompileShapeBody(duk_context* ctx, void* udata) {
     return ReturnResult(ctx, op);
 }
 
-// Calls the shape's maker on the fields starting at `fields`, leaving the object on the stack.
-void MakeShaped(duk_context* ctx, const ValueOp& op, const ASField* fields) {
-    duk_require_stack(ctx, static_cast<duk_idx_t>(op.shape->count) + 2);
-    duk_push_heapptr(ctx, op.maker);
-    duk_push_undefined(ctx);
-    for (uint32_t i = 0; i < op.shape->count; ++i) {
-        const ASField& f = fields[i];
-        switch (f.kind) {
-            case ASField::kInt:
-                duk_push_int(ctx, f.integer);
-                break;
-            case ASField::kNumber:
-                duk_push_number(ctx, f.number);
-                break;
-            case ASField::kBoolean:
-                duk_push_boolean(ctx, f.integer != 0);
-                break;
-            case ASField::kString:
-                duk_push_lstring(ctx, f.bytes ? f.bytes : "", f.bytes ? f.size : 0);
-                break;
-            case ASField::kValue:
-                static_cast<const StageValue*>(f.value)->Push(ctx);
-                break;
-            default:
-                duk_push_undefined(ctx);
-                break;
-        }
+void PushField(duk_context* ctx, const StageWindowSet& ws, const ASField& f);
+
+// The object of `shape` from `fields`, left on the stack: one call of the shape's maker, or,
+// for a shape that has none, one property definition per field.
+void PushObject(duk_context* ctx, const StageWindowSet& ws, const ASShape& shape,
+                const ASField* fields) {
+    duk_require_stack(ctx, static_cast<duk_idx_t>(shape.count) + 4);
+    void* maker = ws.KnownMaker(shape);
+    if (maker) {
+        duk_push_heapptr(ctx, maker);
+        duk_push_undefined(ctx);
+        for (uint32_t i = 0; i < shape.count; ++i)
+            PushField(ctx, ws, fields[i]);
+        duk_call_method(ctx, static_cast<duk_idx_t>(shape.count));
+        return;
     }
-    duk_call_method(ctx, static_cast<duk_idx_t>(op.shape->count));
+    // Defined, not assigned: a name such as "__proto__" becomes an own property.
+    duk_push_object(ctx);
+    for (uint32_t i = 0; i < shape.count; ++i) {
+        duk_push_string(ctx, shape.names[i] ? shape.names[i] : "");
+        PushField(ctx, ws, fields[i]);
+        duk_def_prop(ctx, -3,
+                     DUK_DEFPROP_HAVE_VALUE | DUK_DEFPROP_SET_WRITABLE |
+                         DUK_DEFPROP_SET_ENUMERABLE | DUK_DEFPROP_SET_CONFIGURABLE);
+    }
+}
+
+void PushField(duk_context* ctx, const StageWindowSet& ws, const ASField& f) {
+    duk_require_stack(ctx, 8);
+    switch (f.kind) {
+        case ASField::kInt:
+            duk_push_int(ctx, f.integer);
+            break;
+        case ASField::kNumber:
+            duk_push_number(ctx, f.number);
+            break;
+        case ASField::kBoolean:
+            duk_push_boolean(ctx, f.integer != 0);
+            break;
+        case ASField::kString:
+            duk_push_lstring(ctx, f.bytes ? f.bytes : "", f.bytes ? f.size : 0);
+            break;
+        case ASField::kValue:
+            static_cast<const StageValue*>(f.value)->Push(ctx);
+            break;
+        case ASField::kObject:
+            PushObject(ctx, ws, f.shape, f.fields);
+            break;
+        case ASField::kArray:
+            duk_push_array(ctx);
+            for (int32_t i = 0; i < f.integer; ++i) {
+                PushField(ctx, ws, f.fields[i]);
+                duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(i));
+            }
+            break;
+        case ASField::kDate:
+            duk_get_global_string(ctx, "Date");
+            duk_push_int(ctx, f.integer);
+            for (int32_t part : f.time)
+                duk_push_int(ctx, part);
+            duk_new(ctx, 6);
+            break;
+        default:
+            duk_push_undefined(ctx);
+            break;
+    }
 }
 
 duk_ret_t ShapeBody(duk_context* ctx, void* udata) {
     auto& op = *static_cast<ValueOp*>(udata);
-    MakeShaped(ctx, op, op.fields);
+    PushObject(ctx, *op.windowSet, *op.shape, op.fields);
     return ReturnResult(ctx, op);
 }
 
@@ -103,9 +140,15 @@ duk_ret_t ShapedArrayBody(duk_context* ctx, void* udata) {
     auto& op = *static_cast<ValueOp*>(udata);
     duk_push_array(ctx);
     for (uint32_t e = 0; e < op.count; ++e) {
-        MakeShaped(ctx, op, op.fields + size_t(e) * op.shape->count);
+        PushObject(ctx, *op.windowSet, *op.shape, op.fields + size_t(e) * op.shape->count);
         duk_put_prop_index(ctx, -2, e);
     }
+    return ReturnResult(ctx, op);
+}
+
+duk_ret_t TreeBody(duk_context* ctx, void* udata) {
+    auto& op = *static_cast<ValueOp*>(udata);
+    PushField(ctx, *op.windowSet, *op.fields);
     return ReturnResult(ctx, op);
 }
 
@@ -143,6 +186,9 @@ std::string ShapeSource(const ASShape& shape) {
 // Shapes with more fields than this are built property by property (the engine limits a
 // function's arguments).
 constexpr uint32_t kMaxShapeFields = 200;
+
+// Trees deeper than this are refused rather than risking the native stack.
+constexpr int kMaxTreeDepth = 64;
 
 }  // namespace
 
@@ -400,59 +446,55 @@ void* StageWindowSet::ShapeMaker(const ASShape& shape) {
     return maker;
 }
 
-bool StageWindowSet::FieldsUsable(const ASShape& shape, const ASField* fields,
-                                  uint32_t count) const {
-    if (!EngineUsable() || (shape.count && count && (!shape.names || !fields)))
+void* StageWindowSet::KnownMaker(const ASShape& shape) const {
+    auto found =
+        m_ShapeMakers.find(std::make_pair(static_cast<const void*>(shape.names), shape.count));
+    return found != m_ShapeMakers.end() ? found->second : nullptr;
+}
+
+bool StageWindowSet::PrepareFields(const ASField* fields, size_t count, int depth) {
+    if (count && !fields)
         return false;
-    for (size_t i = 0; i < size_t(shape.count) * count; ++i) {
-        if (fields[i].kind == ASField::kValue &&
-            !ArgumentsUsable(this, 1, reinterpret_cast<const ASValue* const*>(&fields[i].value)))
-            return false;
+    for (size_t i = 0; i < count; ++i) {
+        const ASField& f = fields[i];
+        switch (f.kind) {
+            case ASField::kValue:
+                if (!ArgumentsUsable(this, 1, reinterpret_cast<const ASValue* const*>(&f.value)))
+                    return false;
+                break;
+            case ASField::kObject:
+                if (depth >= kMaxTreeDepth || !PrepareShape(f.shape, f.fields, 1))
+                    return false;
+                if (!PrepareFields(f.fields, f.shape.count, depth + 1))
+                    return false;
+                break;
+            case ASField::kArray:
+                if (depth >= kMaxTreeDepth || f.integer < 0 ||
+                    !PrepareFields(f.fields, static_cast<size_t>(f.integer), depth + 1))
+                    return false;
+                break;
+            default:
+                break;
+        }
     }
     return true;
 }
 
+// Checks the shape and prepares its maker (none is fine: the slow path); the fields themselves
+// are checked by PrepareFields.
+bool StageWindowSet::PrepareShape(const ASShape& shape, const ASField* fields, uint32_t count) {
+    if (!EngineUsable() || (shape.count && count && (!shape.names || !fields)))
+        return false;
+    ShapeMaker(shape);
+    return true;
+}
+
 ASObject* StageWindowSet::NewShapedObject(const ASShape& shape, const ASField* fields) {
-    if (!FieldsUsable(shape, fields, 1))
+    if (!PrepareShape(shape, fields, 1) || !PrepareFields(fields, shape.count, 1))
         return nullptr;
-    void* maker = ShapeMaker(shape);
-    if (!maker) {
-        ASObject* object = NewInstance("Object", 0, nullptr);
-        for (uint32_t i = 0; object && i < shape.count; ++i) {
-            const ASField& f = fields[i];
-            const char* name = shape.names[i] ? shape.names[i] : "";
-            switch (f.kind) {
-                case ASField::kInt:
-                    object->SetInt(name, f.integer);
-                    break;
-                case ASField::kNumber:
-                    object->SetNumber(name, f.number);
-                    break;
-                case ASField::kBoolean:
-                    object->SetBoolean(name, f.integer != 0);
-                    break;
-                case ASField::kString:
-                    object->SetString(name, f.bytes ? f.bytes : "", f.bytes ? f.size : 0);
-                    break;
-                case ASField::kValue:
-                    object->SetProperty(name, *f.value);
-                    break;
-                default: {
-                    ASValue* undefined = NewUndefined();
-                    if (undefined) {
-                        object->SetProperty(name, *undefined);
-                        undefined->Release();
-                    }
-                    break;
-                }
-            }
-        }
-        return object;
-    }
     ValueOp op = MakeOp(this, nullptr);
     op.shape = &shape;
     op.fields = fields;
-    op.maker = maker;
     op.slot = ReserveSlot();
     if (!Protected(ShapeBody, &op, true)) {
         UnreserveSlot(op.slot);
@@ -464,29 +506,12 @@ ASObject* StageWindowSet::NewShapedObject(const ASShape& shape, const ASField* f
 
 ASObject* StageWindowSet::NewShapedArray(const ASShape& shape, const ASField* fields,
                                          uint32_t count) {
-    if (!FieldsUsable(shape, fields, count))
+    if (!PrepareShape(shape, fields, count) ||
+        !PrepareFields(fields, size_t(shape.count) * count, 1))
         return nullptr;
-    void* maker = ShapeMaker(shape);
-    if (!maker) {
-        // The slow path, element by element.
-        ASObject* array = NewInstance("Array", 0, nullptr);
-        for (uint32_t e = 0; array && e < count; ++e) {
-            ASObject* element = NewShapedObject(shape, fields + size_t(e) * shape.count);
-            const ASValue* arg = element;
-            bool pushed = element && array->CallMethod("push", 1, &arg);
-            if (element)
-                element->Release();
-            if (!pushed) {
-                array->Release();
-                array = nullptr;
-            }
-        }
-        return array;
-    }
     ValueOp op = MakeOp(this, nullptr);
     op.shape = &shape;
     op.fields = fields;
-    op.maker = maker;
     op.count = count;
     op.slot = ReserveSlot();
     if (!Protected(ShapedArrayBody, &op, true)) {
@@ -495,6 +520,19 @@ ASObject* StageWindowSet::NewShapedArray(const ASShape& shape, const ASField* fi
     }
     StageValue* value = AdoptTop(m_Ctx, op.slot, op.stashed);
     return value ? value->AsObject() : nullptr;
+}
+
+ASValue* StageWindowSet::NewTree(const ASField& root) {
+    if (!EngineUsable() || !PrepareFields(&root, 1, 0))
+        return nullptr;
+    ValueOp op = MakeOp(this, nullptr);
+    op.fields = &root;
+    op.slot = ReserveSlot();
+    if (!Protected(TreeBody, &op, true)) {
+        UnreserveSlot(op.slot);
+        return nullptr;
+    }
+    return AdoptTop(m_Ctx, op.slot, op.stashed);
 }
 
 }  // namespace stagecraft

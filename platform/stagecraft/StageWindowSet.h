@@ -56,6 +56,7 @@ public:
                       int32_t second) override;
     ASObject* NewShapedObject(const ASShape& shape, const ASField* fields) override;
     ASObject* NewShapedArray(const ASShape& shape, const ASField* fields, uint32_t count) override;
+    ASValue* NewTree(const ASField& root) override;
     ASExtensionClass* GetNativeInstance(const ASValue& value, const char* classID) override;
     void RequestUpdates(ASExtensionClass& instance) override;
     void StopUpdates(ASExtensionClass& instance) override;
@@ -191,7 +192,16 @@ private:
 
     // Compiled makers of shaped objects by names table and count (null: use the slow path).
     void* ShapeMaker(const ASShape& shape);
-    bool FieldsUsable(const ASShape& shape, const ASField* fields, uint32_t count) const;
+    // Checks `count` fields and everything nested in them (live handles of this stage, sane
+    // counts, bounded depth) and prepares the makers of their shapes; false when unusable.
+    bool PrepareFields(const ASField* fields, size_t count, int depth);
+    bool PrepareShape(const ASShape& shape, const ASField* fields, uint32_t count);
+
+public:
+    // The maker prepared for `shape`, or null (then the object is built property by property).
+    void* KnownMaker(const ASShape& shape) const;
+
+private:
     std::map<std::pair<const void*, uint32_t>, void*> m_ShapeMakers;
 
     std::map<uint32_t, Timer> m_Timers;

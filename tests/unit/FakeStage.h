@@ -160,6 +160,7 @@ public:
     void RequestUpdates(ae::stagecraft::ASExtensionClass&) override {}
     void StopUpdates(ae::stagecraft::ASExtensionClass&) override {}
     void Stop() override {}
+    ae::stagecraft::ASValue* NewTree(const ae::stagecraft::ASField&) override { return nullptr; }
     ae::stagecraft::ASExtensionClass* GetNativeInstance(const ae::stagecraft::ASValue&,
                                                         const char*) override {
         return nullptr;

@@ -260,6 +260,7 @@ public:
             updating = nullptr;
     }
     void Stop() override {}
+    ae::stagecraft::ASValue* NewTree(const ae::stagecraft::ASField&) override { return nullptr; }
     ae::stagecraft::ASExtensionClass* GetNativeInstance(const ae::stagecraft::ASValue&,
                                                         const char*) override {
         return nullptr;

@@ -121,6 +121,29 @@ public:
         result.SetStatus(0);
     }
     // An object made through the factory: every kind of property.
+    // nested(): one tree in one step: {n, list: [true, {"__proto__", when}, []], kept}; a tree
+    // nested deeper than the kernel allows gives null.
+    void Nested(ASContext& context, ASObject&, AEArray<ASValue*>&, ASResult& result) {
+        static const char* const kInner[] = {"__proto__", "when"};
+        static const char* const kOuter[] = {"n", "list", "kept"};
+        ASValue* kept = context.NewString("handle");
+        const ASField inner[] = {ASField::String("own"), ASField::Date(2012, 2, 5, 23, 59, 0)};
+        const ASField list[] = {ASField::Boolean(true), ASField::Object({kInner, 2}, inner),
+                                ASField::Array(nullptr, 0)};
+        const ASField outer[] = {ASField::Int(7), ASField::Array(list, 3), ASField::Value(*kept)};
+        ASValue* tree = context.NewTree(ASField::Object({kOuter, 3}, outer));
+        kept->Release();
+        std::vector<ASField> chain(100);
+        for (size_t i = 0; i + 1 < chain.size(); ++i)
+            chain[i] = ASField::Array(&chain[i + 1], 1);
+        EXPECT_EQ(context.NewTree(chain[0]), nullptr);
+        ASValue* scalar = context.NewTree(ASField::Int(5));
+        EXPECT_EQ(scalar->ToInt32(), 5);
+        scalar->Release();
+        result.SetValue(*tree);
+        tree->Release();
+        result.SetStatus(0);
+    }
     void MakeTree(ASContext& context, ASObject&, AEArray<ASValue*>&, ASResult& result) {
         ASObject* tree = context.NewInstance("Object");
         tree->SetInt("i", -7);
@@ -266,6 +289,7 @@ public:
         methods.Append({"keep", 0, AEHandler(&Probe::Keep)});
         methods.Append({"later", 0, AEHandler(&Probe::Later)});
         methods.Append({"same", 0, AEHandler(&Probe::Same)});
+        methods.Append({"nested", 0, AEHandler(&Probe::Nested)});
     }
     bool FiresEvents() override { return false; }
     ASExtensionClass* ConstructInstance(ASContext&) override {
@@ -446,6 +470,20 @@ TEST_F(StageTest, FactoryObjectsArraysAndDatesReadBackInTheMovie) {
     EXPECT_EQ(Log(),
               (std::vector<std::string>{
                   "number,-7,2.5,true,hi,3,0,\"\",true,true,0/10/20,2,true,2024,1,29,13,45,30"}));
+}
+
+TEST_F(StageTest, ATreeOfObjectsArraysAndDatesIsMadeInOneStep) {
+    RunResult r = Run(R"(
+        var t = new Probe().nested(), inner = t.list[1];
+        Probe.log([Object.keys(t).join('/'), t.n, t.list.length, t.list[0],
+                   Object.keys(inner).join('/'), Object.getPrototypeOf(inner) === Object.prototype,
+                   Object.getOwnPropertyDescriptor(inner, '__proto__').value,
+                   inner.when.getMonth(), inner.when.getDate(), Array.isArray(t.list[2]),
+                   t.list[2].length, t.kept].join(','));
+        Probe.stop();)");
+    EXPECT_EQ(r.ran, AEError_OK) << r.err;
+    EXPECT_EQ(Log(), (std::vector<std::string>{
+                         "n/list/kept,7,3,true,__proto__/when,true,own,2,5,true,0,handle"}));
 }
 
 TEST_F(StageTest, NativeCodeReadsScriptObjects) {

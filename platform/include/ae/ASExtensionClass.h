@@ -38,26 +38,83 @@ struct ASShape {
     uint32_t count;
 };
 
-// One property value of a shaped object.
+// One value of a tree built in one step (NewTree), or one property of a shaped object. Besides
+// plain values, a field can be a nested object of a shape, an Array of fields or a Date, so a
+// whole result tree (a page of titles with their products and assets) is described natively and
+// made by the engine at once, without a handle per object. Strings and nested fields are read
+// during the call only.
 struct ASField {
-    enum Kind : int32_t { kUndefined, kInt, kNumber, kBoolean, kString, kValue };
+    enum Kind : int32_t {
+        kUndefined,
+        kInt,
+        kNumber,
+        kBoolean,
+        kString,
+        kValue,
+        kObject,
+        kArray,
+        kDate
+    };
     Kind kind;
-    int32_t integer;
-    double number;
-    const char* bytes;     // kString; null is ""
-    size_t size;           // kString
-    const ASValue* value;  // kValue: a live handle of the same stage
+    int32_t integer;        // kInt, kBoolean; kArray: the element count; kDate: the year
+    double number;          // kNumber
+    const char* bytes;      // kString; null is ""
+    size_t size;            // kString
+    const ASValue* value;   // kValue: a live handle of the same stage
+    ASShape shape;          // kObject
+    const ASField* fields;  // kObject: shape.count fields; kArray: `integer` elements
+    int32_t time[5];        // kDate: month (from 0), day, hour, minute, second
 
-    static ASField Int(int32_t v) { return {kInt, v, 0, nullptr, 0, nullptr}; }
-    static ASField Number(double v) { return {kNumber, 0, v, nullptr, 0, nullptr}; }
-    static ASField Boolean(bool v) { return {kBoolean, v ? 1 : 0, 0, nullptr, 0, nullptr}; }
-    static ASField String(const char* text) {
-        return {kString, 0, 0, text, text ? std::strlen(text) : 0, nullptr};
+    static ASField Int(int32_t v) { return Make(kInt, v); }
+    static ASField Number(double v) {
+        ASField f = Make(kNumber, 0);
+        f.number = v;
+        return f;
     }
+    static ASField Boolean(bool v) { return Make(kBoolean, v ? 1 : 0); }
+    static ASField String(const char* text) { return String(text, text ? std::strlen(text) : 0); }
     static ASField String(const char* bytes, size_t size) {
-        return {kString, 0, 0, bytes, size, nullptr};
+        ASField f = Make(kString, 0);
+        f.bytes = bytes;
+        f.size = size;
+        return f;
     }
-    static ASField Value(const ASValue& v) { return {kValue, 0, 0, nullptr, 0, &v}; }
+    static ASField Value(const ASValue& v) {
+        ASField f = Make(kValue, 0);
+        f.value = &v;
+        return f;
+    }
+    // An object of `shape` (a static table, as for NewShapedObject) from shape.count fields.
+    static ASField Object(const ASShape& shape, const ASField* fields) {
+        ASField f = Make(kObject, 0);
+        f.shape = shape;
+        f.fields = fields;
+        return f;
+    }
+    static ASField Array(const ASField* elements, uint32_t count) {
+        ASField f = Make(kArray, static_cast<int32_t>(count));
+        f.fields = elements;
+        return f;
+    }
+    // new Date(year, month0, day, hour, minute, second) in local time.
+    static ASField Date(int32_t year, int32_t month0, int32_t day, int32_t hour, int32_t minute,
+                        int32_t second) {
+        ASField f = Make(kDate, year);
+        f.time[0] = month0;
+        f.time[1] = day;
+        f.time[2] = hour;
+        f.time[3] = minute;
+        f.time[4] = second;
+        return f;
+    }
+
+private:
+    static ASField Make(Kind kind, int32_t integer) {
+        ASField f{};
+        f.kind = kind;
+        f.integer = integer;
+        return f;
+    }
 };
 
 // The stage as native code sees it. One per window set; valid until the window set is destroyed
@@ -87,6 +144,9 @@ public:
     // same as NewInstance("Array") and one push of NewShapedObject per element, in one step.
     virtual ASObject* NewShapedArray(const ASShape& shape, const ASField* fields,
                                      uint32_t count) = 0;
+    // The value `root` describes, nested objects, Arrays and Dates included, made in one engine
+    // step; null when memory runs out or a kValue field is not a live handle of this stage.
+    virtual ASValue* NewTree(const ASField& root) = 0;
 
     // The native instance behind `value` when it is a live object made by `new X()` of the class
     // registered as `classID`; null for anything else (including an object inheriting from an
