@@ -59,30 +59,6 @@ size_t Count(const std::string& text, const std::string& what) {
     return n;
 }
 
-TEST(WSMovies, BrowseFromInitToTheStreamOfABoughtTitle) {
-    LmsimProcess sim;
-    ASSERT_TRUE(sim.Ready());
-    StageRun run = RunMovie(sim, "ws-browse.js");
-    EXPECT_EQ(run.status, 0) << run.out;
-    EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
-    EXPECT_NE(run.out.find("browse done, failures 0\n"), std::string::npos) << run.out;
-    // Only the one-argument trace prints.
-    EXPECT_EQ(Count(run.out, "FLASH TRACE == "), 1u) << run.out;
-    EXPECT_NE(run.out.find("FLASH TRACE == one argument\n"), std::string::npos) << run.out;
-}
-
-TEST(WSMovies, CloneSysInfoAndClearingTheCache) {
-    LmsimProcess sim;
-    ASSERT_TRUE(sim.Ready());
-    TempDir cache;
-    StageRun run = RunMovie(sim, "ws-clone.js", "--flashvars 'cache=" + cache.path() + "/'");
-    EXPECT_EQ(run.status, 0) << run.out;
-    EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
-    EXPECT_NE(run.out.find("clone done, failures 0\n"), std::string::npos) << run.out;
-    EXPECT_EQ(std::system(("ls '" + cache.path() + "' | grep -q '[.]lm$'").c_str()) == 0, false)
-        << "the cache database is still there";
-}
-
 std::string ReadFile(const std::string& path) {
     std::ifstream in(path);
     std::stringstream text;
@@ -112,6 +88,35 @@ void WaitUntilQuiet(const std::string& path, int quietMs, int limitMs) {
         quiet = now == size ? quiet + 50 : 0;
         size = now;
     }
+}
+
+TEST(WSMovies, BrowseFromInitToTheStreamOfABoughtTitle) {
+    TempDir dir;
+    LmsimProcess sim({"--request-log", dir / "requests"});
+    ASSERT_TRUE(sim.Ready());
+    StageRun run = RunMovie(sim, "ws-browse.js");
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("browse done, failures 0\n"), std::string::npos) << run.out;
+    // Only the one-argument trace prints.
+    EXPECT_EQ(Count(run.out, "FLASH TRACE == "), 1u) << run.out;
+    EXPECT_NE(run.out.find("FLASH TRACE == one argument\n"), std::string::npos) << run.out;
+    // Without a file cache nothing is fetched ahead: the one page the movie asked for.
+    sim.Stop();
+    const std::string requests = ReadFile(dir / "requests");
+    EXPECT_EQ(LinesStarting(requests, "SOAP getTitlesByNavigation").size(), 1u) << requests;
+}
+
+TEST(WSMovies, CloneSysInfoAndClearingTheCache) {
+    LmsimProcess sim;
+    ASSERT_TRUE(sim.Ready());
+    TempDir cache;
+    StageRun run = RunMovie(sim, "ws-clone.js", "--flashvars 'cache=" + cache.path() + "/'");
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("clone done, failures 0\n"), std::string::npos) << run.out;
+    EXPECT_EQ(std::system(("ls '" + cache.path() + "' | grep -q '[.]lm$'").c_str()) == 0, false)
+        << "the cache database is still there";
 }
 
 TEST(WSMovies, PagesAroundTheOneShownAndTheirBoxArtAreFetchedAhead) {
