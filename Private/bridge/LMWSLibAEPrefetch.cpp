@@ -199,6 +199,26 @@ void LMWSLibAE::AddPendingBoxArts(std::vector<LMString>& prefixes) {
     }
 }
 
+namespace {
+
+// The instance a prefetch block belongs to. A missing block or owner is a programming error,
+// reported like the call workers'; the block is then freed and the worker does nothing.
+template <class Block>
+LMWSLibAE* OwnerOf(Block* block) {
+    LMWS_PREFETCH_ASSERT(block != nullptr);
+    if (block == nullptr) {
+        return nullptr;
+    }
+    LMWS_PREFETCH_ASSERT(block->owner != nullptr);
+    LMWSLibAE* owner = block->owner;
+    if (owner == nullptr) {
+        AE_DELETE(block);
+    }
+    return owner;
+}
+
+}  // namespace
+
 // One list the page prefetch can walk: the client call for one page into a record of its own,
 // with the box art of its titles collected from the last title to the first, and its log lines.
 struct LMWSLibAE::PageList {
@@ -288,14 +308,8 @@ const LMWSLibAE::PageList kWishlistList = {
 
 void LMWSLibAE::RunPagePrefetch(void* parameters, const PageList& list) {
     PagePrefetch* block = static_cast<PagePrefetch*>(parameters);
-    LMWS_PREFETCH_ASSERT(block != nullptr);
-    if (block == nullptr) {
-        return;
-    }
-    LMWS_PREFETCH_ASSERT(block->owner != nullptr);
-    LMWSLibAE* owner = block->owner;
+    LMWSLibAE* owner = OwnerOf(block);
     if (owner == nullptr) {
-        AE_DELETE(block);
         return;
     }
     owner->m_TitlesPrefetchBusy.store(true, std::memory_order_release);
@@ -341,14 +355,8 @@ void LMWSLibAE::prefetch_getWishlistItems(void* block) {
 
 void LMWSLibAE::prefetch_getBoxArts(void* parameters) {
     BoxArtPrefetch* block = static_cast<BoxArtPrefetch*>(parameters);
-    LMWS_PREFETCH_ASSERT(block != nullptr);
-    if (block == nullptr) {
-        return;
-    }
-    LMWS_PREFETCH_ASSERT(block->owner != nullptr);
-    LMWSLibAE* owner = block->owner;
+    LMWSLibAE* owner = OwnerOf(block);
     if (owner == nullptr) {
-        AE_DELETE(block);
         return;
     }
     owner->m_BoxArtPrefetchBusy.store(true, std::memory_order_release);
