@@ -1,7 +1,7 @@
 // Pages through a genre with prefetching on: page 1 comes from the service, and while the movie
 // is idle the pages around it and their box art are fetched into the cache. Once the test has
 // stopped the service (it creates the file flashvars.go), pages 2 to 5 must still come, from the
-// cache. flashvars.cache names the cache folder. Every failure is traced as "FAIL"; the movie
+// cache (up to page flashvars.last, 5 unless given). flashvars.cache names the cache folder. Every failure is traced as "FAIL"; the movie
 // ends with lmstageQuit(0) when all went well, 3 otherwise.
 var probe = new LMWSLib();
 var ws = new LMWSLib();
@@ -9,6 +9,7 @@ var failures = 0;
 var genre = 12;
 var purchaseType = 2;
 var pageSize = 0;
+var lastPage = flashvars.last ? parseInt(flashvars.last, 10) : 5;
 
 function check(what, ok) {
     if (!ok) {
@@ -45,7 +46,7 @@ function pageFrom(page) {
               value.CurrentPageNumber === page && value.Titles.length === pageSize);
         trace("page " + page + " from the cache");
         ws.idle();
-        if (page < 5) {
+        if (page < lastPage) {
             pageFrom(page + 1);
         } else {
             finish();

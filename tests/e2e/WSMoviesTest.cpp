@@ -177,6 +177,41 @@ TEST(WSMovies, AThousandCallsInTurnOnOneInstance) {
     EXPECT_NE(run.out.find("calls 1000 in "), std::string::npos) << run.out;
 }
 
+// Answers before the failing one: the probe's page, the movie client's cache check, page 1, the
+// prefetch client's cache check, pages 2 and 10. Page 3 fails.
+TEST(WSMovies, AFailingPageEndsThePrefetchAndTheEarlierPagesStay) {
+    TempDir dir;
+    const std::string log = dir / "requests";
+    LmsimProcess sim({"--request-log", log});
+    ASSERT_TRUE(sim.Ready());
+    ASSERT_TRUE(sim.ArmFault("http-status", "500", 1, 6));
+    const std::string cache = dir / "cache";
+    const std::string go = dir / "go";
+    ASSERT_EQ(std::system(("mkdir '" + cache + "'").c_str()), 0);
+    StageRun run;
+    std::thread movie([&] {
+        run = RunMovie(sim, "ws-prefetch.js",
+                       "--flashvars 'cache=" + cache + "/&go=" + go + "&last=2'");
+    });
+    for (int i = 0; i < 200 && LinesStarting(ReadFile(log), "SOAP getTitles").size() < 2; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    WaitUntilQuiet(log, 1500, 20000);
+    sim.Stop();
+    std::ofstream(go).put('\n');
+    movie.join();
+    // Page 2, fetched before the failure, still comes from the cache.
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_NE(run.out.find("page 2 from the cache"), std::string::npos) << run.out;
+    const std::string text = ReadFile(log);
+    std::vector<std::string> pages;
+    for (const std::string& line : LinesStarting(text, "SOAP getTitlesByNavigation")) {
+        size_t at = line.find("CurrentPageNumber=");
+        pages.push_back(line.substr(at + 18, line.find(' ', at) - at - 18));
+    }
+    EXPECT_EQ(pages, (std::vector<std::string>{"1", "1", "2", "10"})) << text;
+}
+
 TEST(WSMovies, QuitWhileAWorkerRunsWaitsForIt) {
     LmsimProcess sim({"--fault", "delay:1500"});
     ASSERT_TRUE(sim.Ready());

@@ -97,9 +97,11 @@ public:
         return "https://127.0.0.1:" + std::to_string(m_Https) + "/api/" + service;
     }
 
-    // Arms a fault for the simulator's next `count` answers (count < 0: until changed) through
-    // its control path on the HTTP port. True when the simulator confirmed it.
-    bool ArmFault(const std::string& kind, const std::string& value = "", int count = 1) const {
+    // Arms a fault for the simulator's next `count` answers (count < 0: until changed) after
+    // `skip` unharmed ones, through its control path on the HTTP port. True when the simulator
+    // confirmed it.
+    bool ArmFault(const std::string& kind, const std::string& value = "", int count = 1,
+                  int skip = 0) const {
         int fd = socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in addr{};
         addr.sin_family = AF_INET;
@@ -109,7 +111,8 @@ public:
         if (fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) {
             std::string request =
                 "GET /__lmsim/fault?kind=" + kind + (value.empty() ? "" : "&value=" + value) +
-                "&count=" + std::to_string(count) + " HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n";
+                "&count=" + std::to_string(count) + "&skip=" + std::to_string(skip) +
+                " HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n";
             if (send(fd, request.data(), request.size(), 0) ==
                 static_cast<ssize_t>(request.size())) {
                 pollfd p = {fd, POLLIN, 0};

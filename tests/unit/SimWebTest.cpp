@@ -147,6 +147,12 @@ TEST(SimFaults, SpecsAreValidated) {
     EXPECT_EQ(faults.Take().kind, lmsim::FaultKind::Delay);
     faults.Arm({lmsim::FaultKind::None, 0}, 3);
     EXPECT_EQ(faults.Take().kind, lmsim::FaultKind::None);
+    // Two answers go through, the third gets the fault, the fourth is normal again.
+    faults.Arm({lmsim::FaultKind::HttpStatus, 500}, 1, 2);
+    EXPECT_EQ(faults.Take().kind, lmsim::FaultKind::None);
+    EXPECT_EQ(faults.Take().kind, lmsim::FaultKind::None);
+    EXPECT_EQ(faults.Take().kind, lmsim::FaultKind::HttpStatus);
+    EXPECT_EQ(faults.Take().kind, lmsim::FaultKind::None);
 }
 
 }  // namespace

@@ -4,15 +4,20 @@
 
 namespace lmsim {
 
-void SimFaults::Arm(const Fault& fault, int count) {
+void SimFaults::Arm(const Fault& fault, int count, int skip) {
     std::lock_guard<std::mutex> lock(m_Lock);
     m_Fault = fault;
     m_Remaining = fault.kind == FaultKind::None ? 0 : count;
+    m_Skip = skip > 0 ? skip : 0;
 }
 
 Fault SimFaults::Take() {
     std::lock_guard<std::mutex> lock(m_Lock);
     if (m_Remaining == 0) {
+        return Fault();
+    }
+    if (m_Skip > 0) {
+        --m_Skip;
         return Fault();
     }
     if (m_Remaining > 0) {

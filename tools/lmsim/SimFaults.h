@@ -1,6 +1,6 @@
 // Fault switches of the simulator: a fault armed for the next N answers (or for good), shared by
 // the HTTPS and the plain-HTTP side. Armed at start-up (--fault) or per request through the
-// control path "/__lmsim/fault?kind=K&value=V&count=N" on the plain-HTTP port.
+// control path "/__lmsim/fault?kind=K&value=V&count=N&skip=M" on the plain-HTTP port.
 #ifndef LMSIM_FAULTS_H
 #define LMSIM_FAULTS_H
 
@@ -26,8 +26,9 @@ struct Fault {
 
 class SimFaults {
 public:
-    // Arms `fault` for the next `count` answers; count < 0 keeps it until changed.
-    void Arm(const Fault& fault, int count);
+    // Arms `fault` for `count` answers after the next `skip` (which go out unharmed); count < 0
+    // keeps it until changed.
+    void Arm(const Fault& fault, int count, int skip = 0);
     // The fault for the answer about to be sent (None when nothing is armed); uses one count.
     Fault Take();
 
@@ -41,6 +42,7 @@ private:
     std::mutex m_Lock;
     Fault m_Fault;
     int m_Remaining = 0;
+    int m_Skip = 0;
 };
 
 }  // namespace lmsim

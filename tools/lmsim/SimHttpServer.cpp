@@ -186,7 +186,8 @@ HttpResponse SimHttpServer::Control(const HttpRequest& request) {
         r.body = "unknown fault: " + wanted + "\n";
         return r;
     }
-    m_Faults.Arm(fault, count.empty() ? 1 : atoi(count.c_str()));
+    const std::string skip = QueryValue(request.target, "skip");
+    m_Faults.Arm(fault, count.empty() ? 1 : atoi(count.c_str()), atoi(skip.c_str()));
     r.body = "armed " + wanted + "\n";
     return r;
 }
