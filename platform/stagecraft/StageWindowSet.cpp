@@ -3,9 +3,11 @@
 #include "StageWindowSet.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <mutex>
 
 #include "StageKernel.h"
@@ -262,6 +264,8 @@ duk_ret_t StageWindowSet::InstallGlobalsBody(duk_context* ctx, void* udata) {
     if (self->m_Options.hooks) {
         duk_push_c_function(ctx, QuitNative, 1);
         duk_put_global_string(ctx, "lmstageQuit");
+        duk_push_c_function(ctx, LoadNative, 1);
+        duk_put_global_string(ctx, "lmstageLoad");
     }
     return 0;
 }
@@ -498,6 +502,46 @@ duk_ret_t StageWindowSet::TraceNative(duk_context* ctx) {
 duk_ret_t StageWindowSet::QuitNative(duk_context* ctx) {
     int32_t code = duk_to_int32(ctx, 0);
     Of(ctx)->End(kASRunExitCall, code);
+    return 0;
+}
+
+// lmstageLoad(name): runs the script file `name` (relative to the movie's folder unless it
+// starts with "/") as global code, so test movies can share a library. The path and the text
+// live in a member while the engine copies them: a script error raised from here unwinds
+// without running destructors, so no local may own memory at that point.
+duk_ret_t StageWindowSet::LoadNative(duk_context* ctx) {
+    StageWindowSet* self = Of(ctx);
+    const char* name = duk_require_string(ctx, 0);
+    int error = 0;
+    try {
+        std::string path = name;
+        if (name[0] != '/') {
+            size_t slash = self->m_MoviePath.rfind('/');
+            path = (slash == std::string::npos ? std::string(".")
+                                               : self->m_MoviePath.substr(0, slash)) +
+                   "/" + name;
+        }
+        std::string source;
+        error = ReadWholeFile(path, source);
+        self->m_LoadScratch = path;
+        self->m_LoadScratch.push_back('\0');
+        self->m_LoadScratch += source;
+    } catch (...) {
+        error = ENOMEM;
+    }
+    if (error) {
+        self->m_LoadScratch.clear();
+        return duk_error(ctx, DUK_ERR_ERROR, "lmstageLoad: cannot read %s: %s", name,
+                         std::strerror(error));
+    }
+    const char* text = self->m_LoadScratch.c_str();
+    const size_t pathSize = std::strlen(text);
+    duk_push_lstring(ctx, text + pathSize + 1, self->m_LoadScratch.size() - pathSize - 1);
+    duk_push_lstring(ctx, text, pathSize);
+    self->m_LoadScratch.clear();
+    if (duk_pcompile(ctx, 0) != 0)
+        return duk_throw(ctx);
+    duk_call(ctx, 0);
     return 0;
 }
 

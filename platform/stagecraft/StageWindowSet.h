@@ -148,6 +148,7 @@ private:
     static duk_ret_t SetTimeoutNative(duk_context* ctx);
     static duk_ret_t ClearTimerNative(duk_context* ctx);
     static duk_ret_t QuitNative(duk_context* ctx);
+    static duk_ret_t LoadNative(duk_context* ctx);
     uint32_t AddTimer(double delayMs, bool repeat);  // 0 when memory runs out
 
     // Extension classes (StageClasses.cpp).
@@ -163,6 +164,7 @@ private:
     Stagecraft& m_Stage;
     StageOptions m_Options;
     std::string m_MoviePath;
+    std::string m_LoadScratch;  // a loaded script's path and text while the engine takes them
     std::vector<std::pair<std::string, std::string>> m_Flashvars;
     std::vector<ClassSlot> m_Classes;
     std::vector<MethodSlot> m_Methods;

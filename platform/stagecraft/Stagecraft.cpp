@@ -23,8 +23,6 @@
 namespace ae {
 namespace stagecraft {
 
-namespace {
-
 // 0, or the errno of the failure.
 int ReadWholeFile(const std::string& path, std::string& contents) {
     int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -55,8 +53,6 @@ int ReadWholeFile(const std::string& path, std::string& contents) {
     ::close(fd);
     return 0;
 }
-
-}  // namespace
 
 Stagecraft::Stagecraft(StageKernel& kernel) : m_Kernel(kernel) {}
 

@@ -57,6 +57,9 @@ private:
     std::vector<StageWindowSet*> m_WindowSets;  // live ones, for tear-down at unload
 };
 
+// Reads the regular file `path` whole into `contents`: 0, or the errno of the failure.
+int ReadWholeFile(const std::string& path, std::string& contents);
+
 }  // namespace stagecraft
 }  // namespace ae
 
