@@ -102,7 +102,7 @@ Catalogue Catalogue::Build(uint32_t seed) {
 
     const int kMovies = 2000;
     const int kSeries = 60;
-    int nextSku = 700000;
+    int nextSku = kFirstSku;
     int nextEpisode = 500000;
     for (int i = 0; i < kMovies + kSeries; ++i) {
         Title t;
@@ -147,7 +147,14 @@ Catalogue Catalogue::Build(uint32_t seed) {
                 p.purchaseType = type;
                 p.price = kPrices[(type == kBuy ? 4 : 1) + hd + rng.Below(3)];
                 p.fileProfiles = hd ? std::vector<int>{2, 8} : std::vector<int>{1};
-                p.expireDate = "12/31/" + std::to_string(2027 + rng.Below(3)) + " 11:59:59 PM";
+                // Offers end on the last day of a year; bought SD copies never end, and the
+                // catalogue's first product ended long ago (a date a movie can check by hand).
+                const std::string year = std::to_string(2027 + rng.Below(3));
+                if (p.skuId == kFirstSku) {
+                    p.expireDate = "2012/03/05 23:59:00";
+                } else if (type == kRent || hd) {
+                    p.expireDate = year + "/12/31 23:59:59";
+                }
                 p.audio.push_back(
                     {p.skuId * 10, "audio/" + std::to_string(p.skuId) + "_st.mp4", false, 0});
                 if (hd) {

@@ -13,6 +13,10 @@ namespace lmsim {
 
 // Purchase types and title types as the service numbers them.
 enum { kRent = 0, kBuy = 1, kAnyPurchase = 2 };
+
+// The catalogue's first SKU (the first product of title 100000), the one whose offer ended on
+// "2012/03/05 23:59:00".
+constexpr int kFirstSku = 700000;
 enum { kAnyTitle = 0, kTvTitles = 1, kMovies = 2 };
 
 struct Genre {

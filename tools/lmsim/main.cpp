@@ -46,6 +46,9 @@ void Usage(FILE* out) {
             "the plain HTTP port applies K to the next N answers of either port; &skip=M\n"
             "lets M answers through first.\n"
             "\n"
+            "Catalogue: a product's ExpireDate reads \"YYYY/12/31 23:59:59\"; bought SD\n"
+            "  copies have none; SKU %d (title 100000's first) ended \"2012/03/05 23:59:00\".\n"
+            "\n"
             "Accounts (in memory, lost at exit; ids and tokens count up in request order):\n"
             "  authorizeDevice with Pin %d activates the device the header names\n"
             "    (DestinationUniqueID) for the WS-Security user's account, created on first use\n"
@@ -62,8 +65,8 @@ void Usage(FILE* out) {
             "  Gift certificates: \"GIFT-<cents>-<anything>\" (at most %d cents) is worth its\n"
             "    cents once; an unknown code answers %d, a used one %d.\n"
             "  removeAllMyPurchases wants the password of the request that created the account.\n",
-            AccountDefaults::kActivationPin, AccountDefaults::kDemoUser, Code::kWrongPin,
-            Code::kNoDeviceId, Code::kNotAuthorised, AccountDefaults::kCardType,
+            lmsim::kFirstSku, AccountDefaults::kActivationPin, AccountDefaults::kDemoUser,
+            Code::kWrongPin, Code::kNoDeviceId, Code::kNotAuthorised, AccountDefaults::kCardType,
             AccountDefaults::kCardLastFour, AccountDefaults::kPrepaidCents,
             AccountDefaults::kAdultPin, AccountDefaults::kCountryId, AccountDefaults::kDecliningSku,
             Code::kDeclined, Code::kInsufficientFunds, Code::kUnknownSku, Code::kAlreadyOwned,
