@@ -107,6 +107,17 @@ TEST(WSMovies, BrowseFromInitToTheStreamOfABoughtTitle) {
     EXPECT_EQ(LinesStarting(requests, "SOAP getTitlesByNavigation").size(), 1u) << requests;
 }
 
+// Every asynchronous method once, each result checked property by property against its shape.
+TEST(WSMovies, EveryAsynchronousMethodDeliversItsShape) {
+    LmsimProcess sim;
+    ASSERT_TRUE(sim.Ready());
+    TempDir cache;
+    StageRun run = RunMovie(sim, "ws-shapes.js", "--flashvars 'cache=" + cache.path() + "/'");
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("shapes done, methods 46, failures 0\n"), std::string::npos) << run.out;
+}
+
 TEST(WSMovies, CloneSysInfoAndClearingTheCache) {
     LmsimProcess sim;
     ASSERT_TRUE(sim.Ready());
