@@ -22,15 +22,6 @@ const LM_WS_Status kGiftInvalid = -1019;       // the gift certificate's respons
 const uint32_t kEverything =
     LM_WS_CacheParam::Service | LM_WS_CacheParam::BoxArt | LM_WS_CacheParam::UserData;
 
-// A record of type R, released with LM_WS_FreeResult whatever happens in the test.
-template <class R>
-struct Record {
-    R r{};
-    ~Record() { LM_WS_FreeResult(&r); }
-    R* operator->() { return &r; }
-    R* operator&() { return &r; }
-};
-
 // A client of the simulator with a file cache of everything, on the streaming service.
 class LMWSAccount : public ::testing::Test {
 protected:

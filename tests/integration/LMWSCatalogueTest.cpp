@@ -36,17 +36,6 @@ const int kFirstSeries = 102000;   // the movies are 100000..101999, the series 
 const int kFirstEpisode = 500000;  // the first episode of the first series
 const char kLoadTime[] = "11/23/2026 6:00:00 AM";
 
-// A record of type R, zeroed, released with LM_WS_FreeResult whatever happens in the test.
-template <class R>
-struct Record {
-    R r;
-    Record() { memset(&r, 0, sizeof r); }
-    ~Record() { LM_WS_FreeResult(&r); }
-    Record(const Record&) = delete;
-    Record& operator=(const Record&) = delete;
-    R* operator->() { return &r; }
-};
-
 // ---- Records as text, so that two answers can be compared whole ----
 //
 // Every text of a filled record must be non-null and every tagged part must carry its tag; the

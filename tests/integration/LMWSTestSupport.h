@@ -7,6 +7,7 @@
 #include <stdlib.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 #include "LMString.h"
@@ -48,6 +49,19 @@ struct Params {
         p.modelNumber = model.c_str();
         return &p;
     }
+};
+
+// A result record of type R, zeroed, released with LM_WS_FreeResult whatever happens in the
+// test; `&record` is the record itself, as the operations take it.
+template <class R>
+struct Record {
+    R r;
+    Record() { std::memset(static_cast<void*>(&r), 0, sizeof r); }
+    ~Record() { LM_WS_FreeResult(&r); }
+    Record(const Record&) = delete;
+    Record& operator=(const Record&) = delete;
+    R* operator->() { return &r; }
+    R* operator&() { return &r; }
 };
 
 // A handle that is torn down when the test ends.
