@@ -167,6 +167,15 @@ public:
     static void prefetch_getWishlistItems(void* block);
     static void prefetch_getBoxArts(void* block);
     static void RunPagePrefetch(void* block, const PageList& list);
+    static const PageList kTitlesPages;
+    static const PageList kMyVideosPages;
+    static const PageList kWishlistPages;
+    // The page walk of a page prefetch on `handle`: the listed pages in order up to an entry 0,
+    // the page the user is on or the first page that fails; each page fetched is marked fetched
+    // with `manager` (when given) and its titles' box-art prefixes are appended to `boxArts`,
+    // from the page's last title to its first.
+    static void WalkPages(LM_WS_Handle* handle, const PagePrefetch& block, const PageList& list,
+                          PrefetchMgr* manager, std::vector<LMString>& boxArts);
 
 private:
     LMWSLibAE(const LMWSLibAE&) = delete;

@@ -25,6 +25,7 @@
 #include "LMWSClient.h"
 #include "LMWSLibAE.h"
 #include "LMWSLibAEOperations.h"
+#include "LMWSLibAEPrefetch.h"
 #include "ae/AEMemory.h"
 
 using ae::stagecraft::ASContext;
@@ -43,28 +44,6 @@ enum { kFileCache = 2, kPrefetchPages = 1, kPrefetchBoxArts = 2, kPagesAround = 
     ((x) ? static_cast<void>(0) : ae::AEReportAssert("##x##", "Operations.cpp", __LINE__))
 
 }  // namespace
-
-// The page prefetch of one list: which list, the page the user is on, the pages to fetch.
-struct LMWSLibAE::PagePrefetch {
-    LMWSLibAE* owner = nullptr;
-    int32_t genre = 0;  // getTitles
-    int32_t page = 0;
-    int32_t size = 0;
-    int32_t purchaseType = 0;
-    int32_t typeFilter = 0;   // getMyVideos, getWishlistItems
-    int32_t watchStatus = 0;  // getMyVideos
-    int32_t sortOrder = 0;    // getWishlistItems
-    std::vector<int32_t> pages;
-    bool boxArts = false;  // whether the box art found is wanted
-    SetupParams setup;
-};
-
-struct LMWSLibAE::BoxArtPrefetch {
-    LMWSLibAE* owner = nullptr;
-    int32_t size = 0;
-    std::vector<LMString> prefixes;
-    SetupParams setup;
-};
 
 // ---- The script thread's side ----
 
@@ -219,16 +198,6 @@ LMWSLibAE* OwnerOf(Block* block) {
 
 }  // namespace
 
-// One list the page prefetch can walk: the client call for one page into a record of its own,
-// with the box art of its titles collected from the last title to the first, and its log lines.
-struct LMWSLibAE::PageList {
-    const char* name;
-    const char* beginFormat;  // page
-    const char* endFormat;    // page, return code
-    LM_WS_Status (*fetch)(LM_WS_Handle* handle, const PagePrefetch& block, int32_t page,
-                          std::vector<LMString>& boxArts);
-};
-
 namespace {
 
 // `log`: the worker whose append line is written, or null for none.
@@ -294,17 +263,35 @@ LM_WS_Status FetchWishlistItems(LM_WS_Handle* handle, const LMWSLibAE::PagePrefe
     return status;
 }
 
-const LMWSLibAE::PageList kTitlesList = {
+}  // namespace
+
+const LMWSLibAE::PageList LMWSLibAE::kTitlesPages = {
     "prefetch_getTitles", "LMWSLib::prefetch_getTitles, page:%d begin  \n",
     "LMWSLib::prefetch_getTitles page:%d end (retcode:%d)\n", &FetchTitles};
-const LMWSLibAE::PageList kMyVideosList = {
+const LMWSLibAE::PageList LMWSLibAE::kMyVideosPages = {
     "prefetch_getMyVideos", "LMWSLib::prefetch_getMyVideos page:%d begin \n",
     "LMWSLib::prefetch_getMyVideos page:%d end (retcode:%d)\n", &FetchMyVideos};
-const LMWSLibAE::PageList kWishlistList = {
+const LMWSLibAE::PageList LMWSLibAE::kWishlistPages = {
     "prefetch_getWishlistItems", "LMWSLib::prefetch_getWishlistItems page:%d begin \n",
     "LMWSLib::prefetch_getWishlistItems page:%d end (retcode:%d)\n", &FetchWishlistItems};
 
-}  // namespace
+void LMWSLibAE::WalkPages(LM_WS_Handle* handle, const PagePrefetch& block, const PageList& list,
+                          PrefetchMgr* manager, std::vector<LMString>& boxArts) {
+    for (int32_t page : block.pages) {
+        if (page == 0 || page == block.page) {
+            break;
+        }
+        LM_LogOutput(Area(), LM_LOG_TRACE, list.beginFormat, page);
+        LM_WS_Status status = list.fetch(handle, block, page, boxArts);
+        LM_LogOutput(Area(), LM_LOG_TRACE, list.endFormat, page, status);
+        if (status != 0) {
+            break;
+        }
+        if (manager != nullptr) {
+            manager->AddFetchedPage(page);
+        }
+    }
+}
 
 void LMWSLibAE::RunPagePrefetch(void* parameters, const PageList& list) {
     PagePrefetch* block = static_cast<PagePrefetch*>(parameters);
@@ -313,26 +300,13 @@ void LMWSLibAE::RunPagePrefetch(void* parameters, const PageList& list) {
         return;
     }
     owner->m_TitlesPrefetchBusy.store(true, std::memory_order_release);
-    if (&list == &kTitlesList) {
+    if (&list == &kTitlesPages) {
         LM_LogOutput(Area(), LM_LOG_TRACE, "LMWSLib::prefetch_getTitles, prefetchpages size:%d \n",
                      static_cast<int>(block->pages.size()));
     }
     std::vector<LMString> boxArts;
     if (PrefetchClient(&owner->m_PagePrefetchHandle, block->setup, list.name)) {
-        for (int32_t page : block->pages) {
-            if (page == 0 || page == block->page) {
-                break;
-            }
-            LM_LogOutput(Area(), LM_LOG_TRACE, list.beginFormat, page);
-            LM_WS_Status status = list.fetch(&owner->m_PagePrefetchHandle, *block, page, boxArts);
-            LM_LogOutput(Area(), LM_LOG_TRACE, list.endFormat, page, status);
-            if (status != 0) {
-                break;
-            }
-            if (owner->m_PrefetchMgr != nullptr) {
-                owner->m_PrefetchMgr->AddFetchedPage(page);
-            }
-        }
+        WalkPages(&owner->m_PagePrefetchHandle, *block, list, owner->m_PrefetchMgr.get(), boxArts);
     }
     if (block->boxArts) {
         owner->AddPendingBoxArts(boxArts);
@@ -342,15 +316,15 @@ void LMWSLibAE::RunPagePrefetch(void* parameters, const PageList& list) {
 }
 
 void LMWSLibAE::prefetch_getTitles(void* block) {
-    RunPagePrefetch(block, kTitlesList);
+    RunPagePrefetch(block, kTitlesPages);
 }
 
 void LMWSLibAE::prefetch_getMyVideos(void* block) {
-    RunPagePrefetch(block, kMyVideosList);
+    RunPagePrefetch(block, kMyVideosPages);
 }
 
 void LMWSLibAE::prefetch_getWishlistItems(void* block) {
-    RunPagePrefetch(block, kWishlistList);
+    RunPagePrefetch(block, kWishlistPages);
 }
 
 void LMWSLibAE::prefetch_getBoxArts(void* parameters) {
