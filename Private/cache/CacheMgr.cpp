@@ -1,5 +1,8 @@
 #include "CacheMgr.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -139,6 +142,12 @@ bool CacheMgr::Open() {
     int flags = SQLITE_OPEN_READWRITE;
     if (m_CacheType == LM_WS_CacheParam::File) {
         flags |= SQLITE_OPEN_CREATE;
+        // The cache holds the user's data: a new database is readable by its owner only, and
+        // SQLite gives its journal the database file's permissions.
+        int fd = ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        if (fd >= 0) {
+            ::close(fd);
+        }
     }
     if (sqlite3_open_v2(name, &m_DB, flags, nullptr) != SQLITE_OK) {
         sqlite3_close(m_DB);

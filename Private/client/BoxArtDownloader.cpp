@@ -75,7 +75,10 @@ LM_WS_Status BoxArtDownloader::Fetch(const LMString& prefix, LM_WS_BoxArtSize si
         return LM_WS_NO_CONNECTION;
     }
     LMString request = LMString("GET ") + path + " HTTP/1.1\r\n";
-    if (!ifModifiedSince.empty()) {
+    // A stored value is sent back only when it cannot break the request (one stored by an
+    // earlier version of the client may hold anything the server sent).
+    if (!ifModifiedSince.empty() &&
+        LMRawHttp::IsHeaderValue(ifModifiedSince.c_str(), ifModifiedSince.length())) {
         request.append("If-Modified-Since: ");
         request.append(ifModifiedSince);
         request.append("\r\n");
@@ -101,7 +104,7 @@ LM_WS_Status BoxArtDownloader::Fetch(const LMString& prefix, LM_WS_BoxArtSize si
     }
     m_LastModified = head.lastModified;
     m_ContentLength = head.contentLength;
-    if (!head.complete) {
+    if (!head.complete || head.contentLength > m_SizeLimit) {
         return LM_WS_SEND_RECV_FAILED;
     }
 

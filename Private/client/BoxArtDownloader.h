@@ -30,11 +30,16 @@ public:
     //   0      the image arrived (ContentLength and LastModified describe it)
     //   -1901  the server has no such image (404)
     //   -1902  the held copy is current (304); the target is left as it was
-    //   -1001  a send or receive failed, or the answer could not be read
+    //   -1001  a send or receive failed, the answer could not be read or is over the size limit
     //   -1900  the file could not be written or put in place
     //   -2011  no connection
     LM_WS_Status Download(const LMString& prefix, LM_WS_BoxArtSize size,
                           const LMString& ifModifiedSince, bool toFile, LMString& target);
+
+    // The largest image taken: an answer announcing more is refused (-1001) before anything is
+    // written. 16 MiB unless set; a device sets the box-art share of its cache budget.
+    static constexpr uint32_t kDefaultSizeLimit = 16u << 20;
+    void SetSizeLimit(uint32_t bytes) { m_SizeLimit = bytes; }
 
     // The Content-Length of the last answer (0 when it had none).
     uint32_t ContentLength() const { return m_ContentLength; }
@@ -51,6 +56,7 @@ private:
     LMString m_LastModified;
     LMString m_WebHost;
     int m_HttpPort;
+    uint32_t m_SizeLimit = kDefaultSizeLimit;
 };
 
 #endif  // LM_BOXART_DOWNLOADER_H

@@ -54,6 +54,10 @@ LM_WS_Status Refresh(LMWSClient& client, const LMString& prefix, LM_WS_BoxArtSiz
     // A row whose file has gone (removed behind the cache's back) is fetched anew.
     const bool revalidate = known && present;
     BoxArtDownloader downloader(client.m_RealTimeBrowse.soap, client.m_Params.Deployment);
+    // No image may be larger than the whole box-art share of a set budget.
+    if (cache.BoxArtLimit() != 0) {
+        downloader.SetSizeLimit(cache.BoxArtLimit());
+    }
     LMString target(file);
     const LM_WS_Status status =
         downloader.Download(prefix, size, revalidate ? lastModified : LMString(), true, target);

@@ -97,6 +97,18 @@ inline bool StartsWith(const char* begin, const char* end, const char* text) {
     return static_cast<size_t>(end - begin) >= n && memcmp(begin, text, n) == 0;
 }
 
+// True when `text` can stand in a header line as it is: no control character (CR and LF would
+// end the line early and let a server write headers of its own into our next request).
+inline bool IsHeaderValue(const char* text, size_t size) {
+    for (size_t i = 0; i < size; ++i) {
+        const unsigned char c = static_cast<unsigned char>(text[i]);
+        if (c < 0x20 || c == 0x7F) {
+            return false;
+        }
+    }
+    return true;
+}
+
 // A decimal number followed by nothing but blanks; false for anything else, for 0 and for a
 // value beyond 32 bits.
 inline bool ParseLength(const char* begin, const char* end, uint32_t& value) {
@@ -159,8 +171,12 @@ inline Head ParseHead(const char* block, size_t size) {
             break;  // a line still arriving
         }
         if (!lastModifiedSeen && StartsWith(line, eol, kLastModified)) {
+            // A value with a control character in it is dropped: it is never stored, so it is
+            // never sent back in an If-Modified-Since.
             const char* value = line + sizeof(kLastModified) - 1;
-            head.lastModified.assign(value, static_cast<size_t>(eol - value));
+            if (IsHeaderValue(value, static_cast<size_t>(eol - value))) {
+                head.lastModified.assign(value, static_cast<size_t>(eol - value));
+            }
             lastModifiedSeen = true;
         } else if (StartsWith(line, eol, kContentLength)) {
             const char* value = line + sizeof(kContentLength) - 1;

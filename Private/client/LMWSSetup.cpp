@@ -104,7 +104,8 @@ LM_WS_Status Build(LM_WS_Handle* handle, LMWSClient& client, const LM_WS_SetupPa
         }
         if (in.CacheType == LM_WS_CacheParam::File) {
             const char* folder = in.CachePath[0] != 0 ? in.CachePath : ".";
-            if (!LMFile::FolderExist(folder) && !LMFile::CreateFolder(folder)) {
+            // A cache folder the client makes is its owner's alone, like what it keeps there.
+            if (!LMFile::FolderExist(folder) && !LMFile::CreateFolder(folder, 0700)) {
                 return LM_WS_CACHE_FOLDER_FAILED;
             }
         }

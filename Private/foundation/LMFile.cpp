@@ -131,7 +131,7 @@ bool LMFile::FolderExist(const char* filename) {
     return stat(filename, &st) == 0 && S_ISDIR(st.st_mode);
 }
 
-bool LMFile::CreateFolder(const char* filename) {
+bool LMFile::CreateFolder(const char* filename, unsigned mode) {
     LM_ASSERT(filename != 0);
     LMString work(filename);
     struct stat st;
@@ -145,7 +145,7 @@ bool LMFile::CreateFolder(const char* filename) {
             if (!S_ISDIR(st.st_mode)) {
                 return false;
             }
-        } else if (mkdir(work.c_str(), 0755) != 0) {
+        } else if (mkdir(work.c_str(), static_cast<mode_t>(mode)) != 0) {
             return false;
         }
         work[i] = PATH_SEPERATOR;
@@ -153,7 +153,7 @@ bool LMFile::CreateFolder(const char* filename) {
     if (stat(work.c_str(), &st) == 0) {
         return true;
     }
-    return mkdir(work.c_str(), 0755) == 0;
+    return mkdir(work.c_str(), static_cast<mode_t>(mode)) == 0;
 }
 
 LMString LMFile::GetFolderName(const char* path) {

@@ -43,8 +43,8 @@ public:
     static bool Remove(const char* filename);
     static bool Rename(const char* oldname, const char* newname);
     static bool FolderExist(const char* filename);
-    // Creates every missing folder of the path with mode 0755.
-    static bool CreateFolder(const char* filename);
+    // Creates every missing folder of the path with `mode` (before the umask).
+    static bool CreateFolder(const char* filename, unsigned mode = 0755);
     // Up to and including the last "/"; without one, the path followed by "/" ("" gives "./").
     static LMString GetFolderName(const char* path);
     static LMString GetFileName(const char* path);

@@ -385,14 +385,16 @@ private:
 // A client that keeps box art in a file cache, its web host on loopback.
 class BoxArtCacheTest : public ::testing::Test {
 protected:
-    // Sets the client up with its web and production host on `port`.
-    void Connect(int port) {
+    // Sets the client up with its web and production host on `port`, a cache of `limit` bytes
+    // (0: none) in `folder` (the test's own folder unless given).
+    void Connect(int port, uint32_t limit = 0, const std::string& folder = "") {
         m_Host = "127.0.0.1:" + std::to_string(port);
         NoServer();
         setenv("LM_WS_HTTP_PORT", std::to_string(port).c_str(), 1);
         m_Params.p.CacheType = LM_WS_CacheParam::File;
         m_Params.p.CacheData = LM_WS_CacheParam::BoxArt;
-        m_Params.cachePath = m_Cache.path;
+        m_Params.p.CacheLimit = limit;
+        m_Params.cachePath = folder.empty() ? m_Cache.path : folder;
         ASSERT_EQ(0, m_Client.Setup(m_Params));
     }
     LM_WS_Status Get(LM_WS_BoxArtSize size, const char* prefix, std::string& answer) {
@@ -440,6 +442,79 @@ TEST_F(BoxArtCacheTest, AnErrorPageNeitherReplacesNorRemovesTheImageHeld) {
     const std::vector<std::string> requests = server.Requests();
     ASSERT_EQ(3u, requests.size());
     EXPECT_NE(std::string::npos, requests[2].find("\r\nIf-Modified-Since: " + date + "\r\n"));
+}
+
+TEST_F(BoxArtCacheTest, ALastModifiedWithAControlCharacterIsNeitherKeptNorSent) {
+    ScriptedServer server(
+        {Whole("HTTP/1.1 200 OK\r\nLast-Modified: Mon, 14 Mar 2011\nX-Injected: 1\r\n"
+               "Content-Length: 4\r\n\r\nheld"),
+         Whole("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nnext")});
+    ASSERT_NO_FATAL_FAILURE(Connect(server.Port()));
+    std::string file;
+    ASSERT_EQ(0, Get(LM_WS_BoxArt95, "t", file));
+    LMString lastModified("unset");
+    EXPECT_FALSE(NeedsUpdate("t", lastModified));
+    EXPECT_STREQ("", lastModified.c_str());
+    // A value stored by an earlier client, CR LF and all, is not sent back either.
+    ASSERT_EQ(1, m_Client.Context()->m_CacheMgr->SetBoxArt("t", 0, 4, "Mon\r\nX-Evil: 1", true,
+                                                           LMString()));
+    ASSERT_EQ(0, Get(LM_WS_BoxArt95, "t", file));
+    EXPECT_EQ("next", ReadAll(file));
+    const std::vector<std::string> requests = server.Requests();
+    ASSERT_EQ(2u, requests.size());
+    EXPECT_EQ(std::string::npos, requests[1].find("If-Modified-Since")) << requests[1];
+    EXPECT_EQ(std::string::npos, requests[1].find("X-Evil")) << requests[1];
+}
+
+// An image larger than the box-art share of the budget (here all of the smallest budget) is
+// refused from its announced length, though it would arrive whole, and nothing is written; one
+// of exactly the share is kept.
+TEST_F(BoxArtCacheTest, AnImageOverTheBoxArtShareIsRefusedBeforeAnythingIsWritten) {
+    const size_t share = 358400;
+    ScriptedServer server(
+        {Whole(Ok(std::string(share + 1, 'o'))), Whole(Ok(std::string(share, 'i')))});
+    ASSERT_NO_FATAL_FAILURE(Connect(server.Port(), share));
+    std::string answer;
+    EXPECT_EQ(-1001, Get(LM_WS_BoxArt95, "t", answer));
+    FILE* ls = popen(("ls '" + m_Cache.path + "' | grep -c jpg").c_str(), "r");
+    int images = -1;
+    EXPECT_EQ(1, fscanf(ls, "%d", &images));
+    pclose(ls);
+    EXPECT_EQ(0, images);
+    ASSERT_EQ(0, Get(LM_WS_BoxArt95, "t", answer));
+    EXPECT_EQ(share, ReadAll(answer).size());
+}
+
+// What the client creates is its owner's alone: the cache folder, the database (and so its
+// journal, which takes the database's permissions) and the images, whatever the umask lets by.
+TEST_F(BoxArtCacheTest, TheFilesOfTheCacheAreTheOwnersAlone) {
+    const mode_t umaskWas = umask(022);
+    ScriptedServer server({Whole(Ok("held"))});
+    const std::string folder = m_Cache.path + "/new/cache";
+    ASSERT_NO_FATAL_FAILURE(Connect(server.Port(), 0, folder));
+    std::string image;
+    ASSERT_EQ(0, Get(LM_WS_BoxArt95, "t", image));
+    umask(umaskWas);
+    auto modeOf = [](const std::string& path) {
+        struct stat st {};
+        return stat(path.c_str(), &st) == 0 ? static_cast<int>(st.st_mode & 0777) : -1;
+    };
+    EXPECT_EQ(0700, modeOf(folder));
+    EXPECT_EQ(0600, modeOf(image));
+    FILE* ls = popen(("ls '" + folder + "' | grep -v jpg").c_str(), "r");
+    char name[256] = {};
+    ASSERT_EQ(1, fscanf(ls, "%255s", name));
+    pclose(ls);
+    const std::string database = folder + "/" + name;
+    EXPECT_EQ(0600, modeOf(database)) << database;
+    // A write held open in a transaction of the sqlite3 tool keeps the journal there to look at.
+    const std::string write = "sqlite3 '" + database + "' 'BEGIN; DELETE FROM BoxArt;' " +
+                              "'.shell stat -c %a \"" + database + "-journal\"' 2>&1";
+    FILE* journal = popen(write.c_str(), "r");
+    char mode[16] = {};
+    EXPECT_EQ(1, fscanf(journal, "%15s", mode));
+    pclose(journal);
+    EXPECT_STREQ("600", mode);
 }
 
 // The same with nginx as the web host.
