@@ -3,9 +3,12 @@
 // cache keeps of the user's data, and what never reaches the wire or the log.
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
 #include <string>
 
 #include "LMAPITestSupport.h"
+#include "LMLog.h"
 #include "LMWSTestSupport.h"
 
 using namespace lmws_test;
@@ -215,6 +218,40 @@ TEST_F(LMWSAccount, TheAdultPinGoesOutAsFourDigitsAndNeverIntoTheLog) {
     EXPECT_NE(sent.find("GetCountryID"), std::string::npos) << "the log is on";
     EXPECT_EQ(sent.find("checkAdultVerificationPin"), std::string::npos);
     EXPECT_EQ(sent.find("0042"), std::string::npos);
+}
+
+// Every log area on, into the log file: the account's flow leaves no password, token or
+// activation pin there, though the bytes on the wire are logged.
+TEST_F(LMWSAccount, WithEveryLogAreaOnTheLogFileHoldsNoSecret) {
+    TempDir logs;
+    ASSERT_EQ(0, ConfigureLogging(0x3F00, 2, (logs.path + "/").c_str()));
+    Params params;
+    params.password = "pw-Zq8x7-unlikely";
+    params.uniqueId = "device of the log test";
+    Client client;
+    ASSERT_EQ(client.Setup(params), LM_WS_OK);
+    Record<LM_WS_AuthorizeDeviceResponse> device;
+    ASSERT_EQ(LM_WS_authorizeDevice(&client.h, kActivationPin, &device), LM_WS_OK);
+    const std::string token = device->AuthToken;
+    Record<LM_WS_StandardResponse> added;
+    ASSERT_EQ(LM_WS_addItemToWishlist(&client.h, 100016, &added), LM_WS_OK);
+    uint8_t valid = 0;
+    ASSERT_EQ(LM_WS_checkAuthToken(&client.h, &valid), LM_WS_OK);
+    Record<LM_WS_StandardResponse> gone;
+    ASSERT_EQ(LM_WS_deactivateDevice(&client.h, &gone), LM_WS_OK);
+    ConfigureLogging(0, 0, nullptr);
+
+    std::ifstream in(logs.path + "/log.txt");
+    std::stringstream text;
+    text << in.rdbuf();
+    const std::string log = text.str();
+    EXPECT_NE(log.find("-soap_sent] "), std::string::npos) << "the wire is logged";
+    EXPECT_NE(log.find("authorizeDevice"), std::string::npos);
+    EXPECT_NE(log.find(">***</"), std::string::npos);
+    ASSERT_FALSE(token.empty());
+    for (const std::string& secret : {params.password, token, std::string(">1234<")}) {
+        EXPECT_EQ(log.find(secret), std::string::npos) << secret;
+    }
 }
 
 TEST_F(LMWSAccount, AccountAnswersAndTheirCache) {

@@ -569,7 +569,8 @@ TEST_F(LMWSCatalogueOnline, GetTitlesRequestOnTheWire) {
              "http://www.lumora.example/api/getTitlesByNavigation</wsa:Action>",
              "<wsse:UsernameToken",
              "<wsse:Username>user@example</wsse:Username>",
-             "PasswordText\">secret</wsse:Password>",
+             // The log shows the password hidden; the wire carries it.
+             "PasswordText\">***</wsse:Password>",
              "<LM1:DeviceSettings>",
              "<LM1:APIKey>api-key</LM1:APIKey>",
              "<LM1:DestinationUniqueID>device 0001</LM1:DestinationUniqueID>",

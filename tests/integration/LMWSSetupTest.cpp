@@ -432,7 +432,8 @@ TEST(LMWSSetupCalls, EveryCallCarriesFreshHeaders) {
          {"<wsa:MessageID>uuid:getFileType</wsa:MessageID>",
           "<wsa:Action SOAP-ENV:mustUnderstand=\"true\">http://www.lumora.example/api/getFileType",
           "anonymous</wsa:Address>", "wsu:Id=\"User\"", "<wsse:Username>user@example",
-          "PasswordText\">secret</wsse:Password>", "<LM1:APIKey>api-key</LM1:APIKey>",
+          // The log shows the password hidden; the wire carries it.
+          "PasswordText\">***</wsse:Password>", "<LM1:APIKey>api-key</LM1:APIKey>",
           "<LM1:DestinationUniqueID>device 0001</LM1:DestinationUniqueID>",
           "<LM1:DestinationTypeID>7</LM1:DestinationTypeID>"}) {
         size_t first = sent.find(part);

@@ -1,6 +1,7 @@
 #include "LMSoapLogPlugin.h"
 
 #include <new>
+#include <string>
 #include <type_traits>
 
 #include "LMLog.h"
@@ -28,8 +29,8 @@ int LMSoapLogPlugin::Register(struct soap* soap) {
 }
 
 int LMSoapLogPlugin::Create(struct soap* soap, struct soap_plugin* plugin, void* /*arg*/) {
-    Data* data =
-        new (std::nothrow) Data{soap->fsend, soap->frecv, soap->fopen, soap->fclose, false};
+    Data* data = new (std::nothrow) Data{soap->fsend, soap->frecv,    soap->fopen,   soap->fclose,
+                                         false,       LMSecretMask(), LMSecretMask()};
     if (data == nullptr) {
         return SOAP_EOM;
     }
@@ -66,13 +67,28 @@ void LMSoapLogPlugin::SetQuiet(struct soap* soap, bool quiet) {
     }
 }
 
+namespace {
+
+// Logs `length` bytes of `data` on `area` with their secrets hidden. The mask looks at the
+// bytes only while the area is on; while it is off, the mask starts afresh.
+void LogMasked(int area, LMSecretMask& mask, const char* data, size_t length) {
+    if (!LM_Log::GetInstance().Accepts(area, LM_LOG_TRACE)) {
+        mask = LMSecretMask();
+        return;
+    }
+    const std::string shown = mask.Mask(data, length);
+    LM_LogOutputwithLen(area, LM_LOG_TRACE, shown.data(), static_cast<unsigned>(shown.size()));
+}
+
+}  // namespace
+
 int LMSoapLogPlugin::Send(struct soap* soap, const char* data, size_t length) {
-    const Data* plugin = Find<const Data>(soap, kId);
+    Data* plugin = Find<Data>(soap, kId);
     if (plugin == nullptr) {
         return soap->error = SOAP_PLUGIN_ERROR;
     }
     if (!plugin->quiet) {
-        LM_LogOutputwithLen(SENT_LMLogAreaID, LM_LOG_TRACE, data, static_cast<unsigned>(length));
+        LogMasked(SENT_LMLogAreaID, plugin->sent, data, length);
     }
     const int rc = plugin->fsend(soap, data, length);
     LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap send: %zu bytes, error %d\n", length, rc);
@@ -80,14 +96,13 @@ int LMSoapLogPlugin::Send(struct soap* soap, const char* data, size_t length) {
 }
 
 size_t LMSoapLogPlugin::Recv(struct soap* soap, char* buffer, size_t length) {
-    const Data* plugin = Find<const Data>(soap, kId);
+    Data* plugin = Find<Data>(soap, kId);
     if (plugin == nullptr) {
         return 0;
     }
     size_t received = plugin->frecv(soap, buffer, length);
     if (received > 0 && !plugin->quiet) {
-        LM_LogOutputwithLen(RECV_LMLogAreaID, LM_LOG_TRACE, buffer,
-                            static_cast<unsigned>(received));
+        LogMasked(RECV_LMLogAreaID, plugin->received, buffer, received);
     }
     if (received > 0) {
         LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap recv: %zu bytes\n", received);

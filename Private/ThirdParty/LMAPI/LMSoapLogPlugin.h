@@ -7,7 +7,8 @@
 // send and receive by size, end of stream, close, and the toolkit's error at close) go to the
 // area in TEST_LMLogAreaID, one line each. The ids are read at every call, so the areas can be
 // configured after the plug-in is registered. Over TLS the bytes are the plaintext; with HTTP
-// compression they are the compressed bytes as they travel.
+// compression they are the compressed bytes as they travel. Passwords, tokens, pins and proxy
+// credentials in them are logged as "***".
 //
 // Register it after any plug-in or code that replaces fsend/frecv itself, so that the logged
 // bytes are the ones on the connection. The plug-in follows the context through soap_copy()
@@ -16,6 +17,8 @@
 #define LM_SOAP_LOG_PLUGIN_H
 
 #include <cstddef>
+
+#include "LMSecretMask.h"
 
 struct soap;
 struct soap_plugin;
@@ -43,6 +46,9 @@ private:
         int (*fopen)(struct soap*, const char*, const char*, int);
         int (*fclose)(struct soap*);
         bool quiet;
+        // What is logged of each direction has its secrets hidden (LMSecretMask.h).
+        LMSecretMask sent = LMSecretMask();
+        LMSecretMask received = LMSecretMask();
     };
 
     static int Copy(struct soap* soap, struct soap_plugin* dst, struct soap_plugin* src);
