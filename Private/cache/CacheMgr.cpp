@@ -164,6 +164,44 @@ void CacheMgr::Close() {
         sqlite3_close(m_DB);
         m_DB = nullptr;
     }
+    if (m_Damaged) {
+        Rebuild();
+    }
+}
+
+int CacheMgr::Step(sqlite3_stmt* stmt) {
+    return Note(sqlite3_step(stmt));
+}
+
+int CacheMgr::Note(int rc) {
+    const int primary = rc & 0xFF;
+    if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB) {
+        m_Damaged = true;
+    }
+    return rc;
+}
+
+// A damaged file is only a cache: it is deleted with its journal and made anew, once, at the
+// end of the operation that found it, which went on as a miss. Without this every later run
+// would fail the same way and cache nothing for good.
+void CacheMgr::Rebuild() {
+    m_Damaged = false;
+    if (m_CacheType != LM_WS_CacheParam::File) {
+        return;
+    }
+    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
+        LMFile::Remove((m_CachePath + suffix).c_str());
+    }
+    if (!Open()) {
+        return;
+    }
+    for (const char* sql : kCreateTables) {
+        if (sqlite3_exec(m_DB, sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
+            break;
+        }
+    }
+    sqlite3_close(m_DB);
+    m_DB = nullptr;
 }
 
 bool CacheMgr::Begin(const LMString& name, uint32_t bit) {
@@ -172,7 +210,7 @@ bool CacheMgr::Begin(const LMString& name, uint32_t bit) {
 
 bool CacheMgr::Prepare(const char* sql) {
     Finalize();
-    if (sqlite3_prepare_v2(m_DB, sql, -1, &m_Stmt, nullptr) != SQLITE_OK) {
+    if (Note(sqlite3_prepare_v2(m_DB, sql, -1, &m_Stmt, nullptr)) != SQLITE_OK) {
         Finalize();
         return false;
     }
@@ -180,7 +218,7 @@ bool CacheMgr::Prepare(const char* sql) {
 }
 
 bool CacheMgr::StepOnce() {
-    bool done = sqlite3_step(m_Stmt) == SQLITE_DONE;
+    bool done = Step(m_Stmt) == SQLITE_DONE;
     Finalize();
     return done;
 }
@@ -200,9 +238,10 @@ int CacheMgr::ExecuteSQL(const LMString& sql, LMString& result) {
     LM_ASSERT(m_DB != 0);
     result.assign("");
     sqlite3_stmt* stmt = nullptr;
-    int rc = sqlite3_prepare_v2(m_DB, sql.c_str(), static_cast<int>(sql.length()), &stmt, nullptr);
+    int rc =
+        Note(sqlite3_prepare_v2(m_DB, sql.c_str(), static_cast<int>(sql.length()), &stmt, nullptr));
     if (rc == SQLITE_OK) {
-        rc = sqlite3_step(stmt);
+        rc = Step(stmt);
         if (rc == SQLITE_ROW) {
             result = ColumnText(stmt, 0);
         }
@@ -215,9 +254,10 @@ int CacheMgr::ExecuteSQL(const LMString& sql, unsigned int& result) {
     LM_ASSERT(m_DB != 0);
     result = 0;
     sqlite3_stmt* stmt = nullptr;
-    int rc = sqlite3_prepare_v2(m_DB, sql.c_str(), static_cast<int>(sql.length()), &stmt, nullptr);
+    int rc =
+        Note(sqlite3_prepare_v2(m_DB, sql.c_str(), static_cast<int>(sql.length()), &stmt, nullptr));
     if (rc == SQLITE_OK) {
-        rc = sqlite3_step(stmt);
+        rc = Step(stmt);
         if (rc == SQLITE_ROW) {
             sqlite3_int64 value = sqlite3_column_int64(stmt, 0);
             result = value < 0              ? 0u
@@ -253,7 +293,7 @@ void CacheMgr::LimitHandler(enum LM_WS_CacheParam::CacheData kind) {
     }
     std::vector<std::pair<LMString, int>> oldest;
     if (Prepare("SELECT Prefix, Dim FROM BoxArt ORDER BY TS ASC LIMIT 10")) {
-        while (sqlite3_step(m_Stmt) == SQLITE_ROW) {
+        while (Step(m_Stmt) == SQLITE_ROW) {
             oldest.emplace_back(ColumnText(m_Stmt, 0), sqlite3_column_int(m_Stmt, 1));
         }
         Finalize();
@@ -297,7 +337,7 @@ int CacheMgr::GetValue(const char* sql, enum LM_WS_CacheParam::CacheData kind, c
     if (Prepare(sql)) {
         BindText(m_Stmt, 1, name);
         BindText(m_Stmt, 2, key);
-        if (sqlite3_step(m_Stmt) == SQLITE_ROW) {
+        if (Step(m_Stmt) == SQLITE_ROW) {
             // Service values are compressed bytes: read them with their length, NULs included.
             value = ColumnText(m_Stmt, 0);
             ok = 1;
@@ -381,7 +421,7 @@ int CacheMgr::GetBoxArt(const LMString& prefix, int dim, unsigned& size, LMStrin
                 "Dim = ?")) {
         BindText(m_Stmt, 1, prefix);
         sqlite3_bind_int(m_Stmt, 2, dim);
-        if (sqlite3_step(m_Stmt) == SQLITE_ROW) {
+        if (Step(m_Stmt) == SQLITE_ROW) {
             size = static_cast<unsigned>(sqlite3_column_int64(m_Stmt, 0));
             lastModified = ColumnText(m_Stmt, 1);
             needUpdate = sqlite3_column_int(m_Stmt, 2) != 0;
@@ -463,7 +503,7 @@ int CacheMgr::SetWishlistFlags(const std::vector<int>& titleIds, const std::vect
         for (size_t i = titleIds.size(); i-- > 0;) {
             BindText(m_Stmt, 1, TitleKey(titleIds[i]));
             sqlite3_bind_text(m_Stmt, 2, flags[i] ? "1" : "0", 1, SQLITE_STATIC);
-            if (sqlite3_step(m_Stmt) != SQLITE_DONE) {
+            if (Step(m_Stmt) != SQLITE_DONE) {
                 ok = 0;
                 break;
             }

@@ -76,6 +76,12 @@ private:
     bool StepOnce();
     bool Exec(const char* sql);
     void Finalize();
+    // sqlite3_step, noting a database that turned out to be damaged.
+    int Step(sqlite3_stmt* stmt);
+    // Notes `rc` when it says the file is damaged or no database.
+    int Note(int rc);
+    // Replaces a damaged file database with a new, empty one.
+    void Rebuild();
 
     uint32_t m_CacheType;
     uint32_t m_CacheData;
@@ -84,6 +90,7 @@ private:
     bool m_Initialised;
     sqlite3* m_DB;
     sqlite3_stmt* m_Stmt;
+    bool m_Damaged = false;  // an operation found the file corrupt or not a database
     unsigned m_ServiceLimit;
     unsigned m_BoxArtLimit;
     unsigned m_UserdataLimit;

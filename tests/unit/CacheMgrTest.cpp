@@ -121,6 +121,37 @@ TEST_F(CacheFile, ServiceValuesRoundTripByteForByteAndReplace) {
     EXPECT_EQ(cache.SetServiceData("n", "k", ""), 0);
 }
 
+// A file whose first page is intact but whose other pages are garbage, and one that is no
+// database at all: the operation that meets it is a miss, the file is made anew, and caching
+// works again from the next operation on.
+TEST_F(CacheFile, ADamagedFileIsAMissAndIsMadeAnew) {
+    const std::string big(3000, 'v');
+    for (int i = 0; i < 20; ++i) {
+        ASSERT_EQ(cache.SetServiceData("getTitles", std::to_string(i).c_str(), big.c_str()), 1);
+    }
+    for (long from : {4096L, 0L}) {
+        FILE* file = std::fopen(path.c_str(), "r+b");
+        ASSERT_NE(file, nullptr);
+        std::fseek(file, 0, SEEK_END);
+        const long size = std::ftell(file);
+        ASSERT_GT(size, 8 * 4096);
+        std::fseek(file, from, SEEK_SET);
+        for (long at = from; at < size; ++at) {
+            std::fputc(static_cast<int>((at * 7919) & 0xFF), file);
+        }
+        std::fclose(file);
+        LMString back;
+        EXPECT_EQ(cache.GetServiceData("getTitles", "19", back), 0) << "from " << from;
+        EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service"), 0) << "a new, empty database";
+        ASSERT_EQ(cache.SetServiceData("getTitles", "19", "again"), 1);
+        ASSERT_EQ(cache.GetServiceData("getTitles", "19", back), 1);
+        EXPECT_STREQ(back.c_str(), "again");
+        for (int i = 0; i < 20; ++i) {
+            ASSERT_EQ(cache.SetServiceData("getTitles", std::to_string(i).c_str(), big.c_str()), 1);
+        }
+    }
+}
+
 TEST_F(CacheFile, DisabledKindsAreNeitherReadNorWritten) {
     CacheMgr responsesOff;
     ASSERT_EQ(
