@@ -107,25 +107,28 @@ TEST(WSMovies, BrowseFromInitToTheStreamOfABoughtTitle) {
     EXPECT_EQ(LinesStarting(requests, "SOAP getTitlesByNavigation").size(), 1u) << requests;
 }
 
+// A movie that checks for itself ran through: exit 0, no "FAIL" line, and its closing line.
+void ExpectPassed(const StageRun& run, const std::string& closingLine) {
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find(closingLine + "\n"), std::string::npos) << run.out;
+}
+
 // Every asynchronous method once, each result checked property by property against its shape.
 TEST(WSMovies, EveryAsynchronousMethodDeliversItsShape) {
     LmsimProcess sim;
     ASSERT_TRUE(sim.Ready());
     TempDir cache;
-    StageRun run = RunMovie(sim, "ws-shapes.js", "--flashvars 'cache=" + cache.path() + "/'");
-    EXPECT_EQ(run.status, 0) << run.out;
-    EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
-    EXPECT_NE(run.out.find("shapes done, methods 46, failures 0\n"), std::string::npos) << run.out;
+    ExpectPassed(RunMovie(sim, "ws-shapes.js", "--flashvars 'cache=" + cache.path() + "/'"),
+                 "shapes done, methods 46, failures 0");
 }
 
 TEST(WSMovies, CloneSysInfoAndClearingTheCache) {
     LmsimProcess sim;
     ASSERT_TRUE(sim.Ready());
     TempDir cache;
-    StageRun run = RunMovie(sim, "ws-clone.js", "--flashvars 'cache=" + cache.path() + "/'");
-    EXPECT_EQ(run.status, 0) << run.out;
-    EXPECT_EQ(run.out.find("FAIL"), std::string::npos) << run.out;
-    EXPECT_NE(run.out.find("clone done, failures 0\n"), std::string::npos) << run.out;
+    ExpectPassed(RunMovie(sim, "ws-clone.js", "--flashvars 'cache=" + cache.path() + "/'"),
+                 "clone done, failures 0");
     EXPECT_EQ(std::system(("ls '" + cache.path() + "' | grep -q '[.]lm$'").c_str()) == 0, false)
         << "the cache database is still there";
 }
