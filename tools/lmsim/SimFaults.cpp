@@ -36,7 +36,9 @@ bool SimFaults::Parse(const std::string& name, FaultKind& kind) {
                   {"http-status", FaultKind::HttpStatus},
                   {"malformed-xml", FaultKind::MalformedXml},
                   {"bad-content-length", FaultKind::BadContentLength},
-                  {"response-code", FaultKind::ResponseCode}};
+                  {"response-code", FaultKind::ResponseCode},
+                  {"drip", FaultKind::Drip},
+                  {"huge-text", FaultKind::HugeText}};
     for (const auto& n : kNames) {
         if (name == n.name) {
             kind = n.kind;

@@ -17,6 +17,8 @@ enum class FaultKind {
     MalformedXml,      // corrupt the XML of a SOAP answer
     BadContentLength,  // announce more body bytes than are sent, then close
     ResponseCode,      // a SOAP answer's first ResponseCode 0 becomes `value` (1 to 9)
+    Drip,              // send the answer a byte at a time, `value` milliseconds apart
+    HugeText,          // the answer's first text gets `value` MiB more
 };
 
 struct Fault {
@@ -33,7 +35,7 @@ public:
     Fault Take();
 
     // "delay", "close-mid-body", "http-status", "malformed-xml", "bad-content-length",
-    // "response-code", "none".
+    // "response-code", "drip", "huge-text", "none".
     static bool Parse(const std::string& name, FaultKind& kind);
     // "KIND" or "KIND:VALUE" as given on the command line.
     static bool ParseFault(const std::string& text, Fault& fault);

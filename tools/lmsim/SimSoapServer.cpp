@@ -3,6 +3,8 @@
 #include <openssl/ssl.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cstring>
 
 namespace lmsim {
@@ -53,14 +55,45 @@ int FaultySend(struct soap* soap, const char* data, size_t length) {
         if (length != std::string::npos && length < end) {
             c->announced = strtoul(chunk.c_str() + length + 16, nullptr, 10);
         }
-        if (c->fault.kind == FaultKind::BadContentLength) {
+        const size_t extra = c->fault.kind == FaultKind::BadContentLength ? 100
+                             : c->fault.kind == FaultKind::HugeText
+                                 ? static_cast<size_t>(c->fault.value) << 20
+                                 : 0;
+        if (extra > 0) {
             size_t at = chunk.find("Content-Length: ");
             if (at != std::string::npos && at < end) {
                 size_t eol = chunk.find("\r\n", at);
                 long announced = strtol(chunk.c_str() + at + 16, nullptr, 10);
-                chunk.replace(at, eol - at, "Content-Length: " + std::to_string(announced + 100));
+                chunk.replace(at, eol - at, "Content-Length: " + std::to_string(announced + extra));
                 bodyAt = chunk.find("\r\n\r\n") + 4;
             }
+        }
+    }
+    if (c->fault.kind == FaultKind::HugeText) {
+        // The text goes at the start of the answer's first text (a title's name, say), streamed
+        // so that the simulator itself never holds it; it stops when the client has gone.
+        size_t cut = std::string::npos;
+        for (size_t i = std::max<size_t>(bodyAt, 1); i < chunk.size(); ++i) {
+            if (chunk[i - 1] == '>' && chunk[i] != '<' &&
+                !isspace(static_cast<unsigned char>(chunk[i]))) {
+                cut = i;
+                break;
+            }
+        }
+        if (cut != std::string::npos) {
+            if (c->send(soap, chunk.data(), cut) != SOAP_OK) {
+                return soap->error;
+            }
+            const std::string piece(64 << 10, 'x');
+            for (size_t left = static_cast<size_t>(c->fault.value) << 20; left > 0;) {
+                const size_t n = std::min(left, piece.size());
+                if (c->send(soap, piece.data(), n) != SOAP_OK) {
+                    return soap->error;
+                }
+                left -= n;
+            }
+            c->fault.kind = FaultKind::None;
+            return c->send(soap, chunk.data() + cut, chunk.size() - cut);
         }
     }
     if (c->fault.kind == FaultKind::MalformedXml) {
@@ -97,6 +130,17 @@ int FaultySend(struct soap* soap, const char* data, size_t length) {
             return SOAP_EOF;  // the runtime gives up and closes the connection
         }
         c->bodySent += body;
+    }
+    if (c->fault.kind == FaultKind::Drip) {
+        // A server that never stalls long enough for a receive to time out, yet never ends.
+        // It stops when the client has gone.
+        for (char byte : chunk) {
+            usleep(static_cast<useconds_t>(c->fault.value) * 1000);
+            if (c->send(soap, &byte, 1) != SOAP_OK) {
+                return soap->error;
+            }
+        }
+        return SOAP_OK;
     }
     return c->send(soap, chunk.data(), chunk.size());
 }
