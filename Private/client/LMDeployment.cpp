@@ -10,14 +10,15 @@ LMString FromEnv(const char* name, const char* fallback) {
     return LMString(value != nullptr && value[0] != 0 ? value : fallback);
 }
 
-int PortFromEnv(const char* name, int fallback) {
+// The whole number in `name` when it lies in [low, high], else `fallback`.
+int NumberFromEnv(const char* name, long low, long high, int fallback) {
     const char* value = getenv(name);
     if (value == nullptr || value[0] == 0) {
         return fallback;
     }
     char* end = nullptr;
-    long port = strtol(value, &end, 10);
-    return (*end == 0 && port >= 1 && port <= 65535) ? static_cast<int>(port) : fallback;
+    long number = strtol(value, &end, 10);
+    return (*end == 0 && number >= low && number <= high) ? static_cast<int>(number) : fallback;
 }
 
 }  // namespace
@@ -31,8 +32,9 @@ LMDeployment LMDeployment::FromEnvironment() {
         FromEnv("LM_WS_ADULT_PRODUCTION_HOST", LM_WS_DEFAULT_ADULT_PRODUCTION_HOST);
     d.adultStagingHost = FromEnv("LM_WS_ADULT_STAGING_HOST", LM_WS_DEFAULT_ADULT_STAGING_HOST);
     d.webHost = FromEnv("LM_WS_WEB_HOST", d.productionHost.c_str());
-    d.httpsPort = PortFromEnv("LM_WS_HTTPS_PORT", 443);
-    d.httpPort = PortFromEnv("LM_WS_HTTP_PORT", 80);
+    d.httpsPort = NumberFromEnv("LM_WS_HTTPS_PORT", 1, 65535, 443);
+    d.httpPort = NumberFromEnv("LM_WS_HTTP_PORT", 1, 65535, 80);
+    d.callDeadline = NumberFromEnv("LM_WS_CALL_DEADLINE", 1, kMaxCallDeadline, kMaxCallDeadline);
     d.caFile = FromEnv("LM_WS_CAFILE", "");
     return d;
 }

@@ -2,7 +2,8 @@
 // environment overrides them (read once, at client set-up):
 //   LM_WS_PRODUCTION_HOST, LM_WS_STAGING_HOST, LM_WS_STAGING_API_HOST,
 //   LM_WS_ADULT_PRODUCTION_HOST, LM_WS_ADULT_STAGING_HOST, LM_WS_WEB_HOST (box art; defaults to
-//   the production host), LM_WS_HTTPS_PORT, LM_WS_HTTP_PORT, LM_WS_CAFILE (extra trusted roots).
+//   the production host), LM_WS_HTTPS_PORT, LM_WS_HTTP_PORT, LM_WS_CAFILE (extra trusted roots),
+//   LM_WS_CALL_DEADLINE (seconds one call may take in all, 1 to 120; 120 by default).
 // The schema host of namespace URIs and SOAP actions is not a deployment value.
 #ifndef LM_DEPLOYMENT_H
 #define LM_DEPLOYMENT_H
@@ -26,6 +27,9 @@ struct LMDeployment {
     int httpsPort = 443;
     int httpPort = 80;
     LMString caFile;  // empty: only the built-in roots
+    // However the server behaves, a call (connect, send, receive) ends after this many seconds.
+    int callDeadline = kMaxCallDeadline;
+    static constexpr int kMaxCallDeadline = 120;
 
     // The compiled-in defaults with the environment's overrides applied. A port that is not a
     // number from 1 to 65535 keeps its default.

@@ -23,6 +23,7 @@
 
 #include "LMDeployment.h"
 #include "LMFile.h"
+#include "LMProxySupport.h"
 #include "LMRawHttp.h"
 #include "LMUtilities.h"
 #include "LMWSClient.h"
@@ -261,6 +262,7 @@ LM_WS_Status LM_WS_getDeviceTime(int32_t* utcSeconds) {
 
     // Read here, not at set-up: this probe needs no client.
     const LMDeployment deployment = LMDeployment::FromEnvironment();
+    LMProxySupport::Bound(soap, deployment.callDeadline);
     const LMString& host = deployment.productionHost;
     const LMString hostHeader = LMDeployment::HostHeader(host, deployment.httpPort, false);
     LMRawHttp::Connection connection(soap);

@@ -98,6 +98,14 @@ const char* WireUserAgent(const LMString& userAgent) {
     return userAgent.empty() ? kDefaultUserAgent : userAgent.c_str();
 }
 
+void Bound(struct soap* soap, int deadlineSeconds) {
+    soap->recv_maxlength = 8u << 20;
+    soap->maxlength = 1L << 20;
+    soap->maxlevel = 64;
+    soap->maxoccurs = 20000;
+    soap->transfer_timeout = deadlineSeconds;
+}
+
 int Configure(struct soap* soap, const LM_WS_SetupParams2& params) {
     if (!params.ProxyHost.empty()) {
         soap->proxy_http_version = "1.1";

@@ -15,6 +15,12 @@ namespace LMProxySupport {
 // WS-Security and raw-byte logging plug-ins. SOAP_OK or the toolkit's error code.
 int Configure(struct soap* soap, const LM_WS_SetupParams2& params);
 
+// Bounds what one exchange on `soap` may cost, whatever the server sends: an answer of at most
+// 8 MiB (a 200-title page is under 1 MiB), strings of at most 1 MiB, XML nested at most 64 deep,
+// at most 20,000 repetitions of an element, and `deadlineSeconds` for the whole exchange
+// (connect, send and receive) on top of the per-receive time-outs.
+void Bound(struct soap* soap, int deadlineSeconds);
+
 // Starts a fresh request header (the previous call left the answer's header in soap->header)
 // with MessageID "uuid:" + operation, To = endpoint, the action of the operation, the anonymous
 // ReplyTo and a plain-text UsernameToken "User". The caller adds its device element.

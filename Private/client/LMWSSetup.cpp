@@ -1,7 +1,9 @@
 // Set-up and teardown of the client, and the operations set-up itself calls.
+#include <arpa/inet.h>
 #include <openssl/err.h>
 #include <openssl/pem.h>
 #include <openssl/ssl.h>
+#include <openssl/x509v3.h>
 #include <signal.h>
 
 #include <cstdio>
@@ -12,6 +14,7 @@
 #include "LMDeployment.h"
 #include "LMFile.h"
 #include "LMLog.h"
+#include "LMProxySupport.h"
 #include "LMUtilities.h"
 #include "LMWSClient.h"
 #include "LM_WS.h"
@@ -48,12 +51,45 @@ LMString Text(const char* text) {
     return LMString(text != nullptr ? text : "");
 }
 
+// Verification of the server's own certificate (depth 0) on top of the chain's: the host name
+// the connection asked for (its SNI name) must be one of the certificate's subjectAltNames. The
+// subject's common name never counts: a certificate that names its host only there is refused,
+// as browsers do. (The toolkit's own host check would fall back to the common name.) A
+// connection to an address sends no SNI name; the toolkit matches addresses against the
+// subjectAltNames alone.
+int VerifyAgainstSubjectAltNames(int ok, X509_STORE_CTX* store) {
+    if (!ok || X509_STORE_CTX_get_error_depth(store) != 0) {
+        return ok;
+    }
+    SSL* ssl =
+        static_cast<SSL*>(X509_STORE_CTX_get_ex_data(store, SSL_get_ex_data_X509_STORE_CTX_idx()));
+    const char* host =
+        ssl != nullptr ? SSL_get_servername(ssl, TLSEXT_NAMETYPE_host_name) : nullptr;
+    X509* cert = X509_STORE_CTX_get_current_cert(store);
+    if (host == nullptr || cert == nullptr) {
+        return ok;
+    }
+    unsigned char address[16];
+    const bool isAddress =
+        inet_pton(AF_INET, host, address) == 1 || inet_pton(AF_INET6, host, address) == 1;
+    const int matched = isAddress ? X509_check_ip_asc(cert, host, 0)
+                                  : X509_check_host(cert, host, strlen(host),
+                                                    X509_CHECK_FLAG_NEVER_CHECK_SUBJECT, nullptr);
+    if (matched != 1) {
+        X509_STORE_CTX_set_error(store, X509_V_ERR_HOSTNAME_MISMATCH);
+        return 0;
+    }
+    return 1;
+}
+
 // A TLS client context that trusts the toolkit's built-in public roots and, when the deployment
-// names one, every certificate of an extra PEM file. Peer verification stays on.
+// names one, every certificate of an extra PEM file. Peer verification stays on, host names are
+// matched against subjectAltNames only.
 bool TrustRoots(struct soap* soap, const LMString& caFile) {
     if (soap_ssl_client_cacerts(soap) != SOAP_OK || soap->ctx == nullptr) {
         return false;
     }
+    SSL_CTX_set_verify(soap->ctx, SSL_VERIFY_PEER, VerifyAgainstSubjectAltNames);
     if (caFile.empty()) {
         return true;
     }
@@ -144,9 +180,11 @@ LM_WS_Status Build(LM_WS_Handle* handle, LMWSClient& client, const LM_WS_SetupPa
         if (!TrustRoots(soap, p.Deployment.caFile)) {
             return LM_WS_SSL_SETUP_FAILED;
         }
-        // The environment query below runs before SetParams: bound its waits as well.
+        // The environment query below runs before SetParams: bound its waits as well. The input
+        // limits and the call deadline are set here once for every exchange of the context.
         soap->connect_timeout = soap->send_timeout = p.SendTimeout;
         soap->recv_timeout = p.RecvTimeout;
+        LMProxySupport::Bound(soap, p.Deployment.callDeadline);
     }
 
     p.ServiceBaseURL = LMUtilities::QueryServiceBaseURL(

@@ -10,6 +10,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <cstdio>
 #include <cstring>
 #include <functional>
 #include <set>
@@ -623,12 +625,49 @@ TEST_F(LMWSCatalogueOnline, TransportFailuresGiveTheirStatuses) {
     Record<LM_WS_TitlesResponse> tls;
     EXPECT_EQ(LM_WS_getTitles(&untrusted.h, kSpyGenre, kPage1, 2, &tls.r), LM_WS_SSL_FAILED);
 
+    // A certificate that names the host only in its subject's common name is refused: host
+    // names are matched against subjectAltNames alone.
+    LmsimProcess commonNameOnly({}, "--common-name-only");
+    ASSERT_TRUE(commonNameOnly.Ready());
+    PointAt(commonNameOnly);
+    setenv("LM_WS_PRODUCTION_HOST", "localhost", 1);
+    Client named;
+    ASSERT_EQ(named.Setup(m_Params), LM_WS_OK);
+    Record<LM_WS_TitlesResponse> byName;
+    EXPECT_EQ(LM_WS_getTitles(&named.h, kSpyGenre, kPage1, 2, &byName.r), LM_WS_SSL_FAILED);
+    // The same name among the subjectAltNames is accepted.
+    PointAt(*s_Sim);
+    setenv("LM_WS_PRODUCTION_HOST", "localhost", 1);
+    Client alternative;
+    ASSERT_EQ(alternative.Setup(m_Params), LM_WS_OK);
+    Record<LM_WS_TitlesResponse> byAlternativeName;
+    EXPECT_EQ(LM_WS_getTitles(&alternative.h, kSpyGenre, kPage1, 2, &byAlternativeName.r),
+              LM_WS_OK);
+
     NoServer();
     Client refused;
     ASSERT_EQ(refused.Setup(m_Params), LM_WS_OK);
     Record<LM_WS_TitlesResponse> none;
     EXPECT_EQ(LM_WS_getTitles(&refused.h, kSpyGenre, kPage1, 2, &none.r), LM_WS_NO_CONNECTION);
     EXPECT_NE(none->Type, nullptr);
+}
+
+// A server that sends its answer a byte every 100 ms never lets a receive time out; the call
+// still ends at its deadline, as a receive that ended early.
+TEST_F(LMWSCatalogueOnline, ADrippingServerIsCutOffAtTheCallDeadline) {
+    setenv("LM_WS_CALL_DEADLINE", "2", 1);
+    Client client;
+    const LM_WS_Status setup = client.Setup(m_Params);
+    unsetenv("LM_WS_CALL_DEADLINE");
+    ASSERT_EQ(setup, LM_WS_OK);
+    ASSERT_TRUE(ArmFault(*s_Sim, "drip", "100"));
+    const auto start = std::chrono::steady_clock::now();
+    Record<LM_WS_TitlesResponse> page;
+    const LM_WS_Status status = LM_WS_getTitles(&client.h, kSpyGenre, kPage1, 2, &page.r);
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    EXPECT_NE(status, LM_WS_OK);
+    EXPECT_LT(seconds, 3.5) << "status " << status;
 }
 
 // Every operation, getMyVideos included, passes a failed HTTP status on as -4000 - n.

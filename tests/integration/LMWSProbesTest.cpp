@@ -98,7 +98,9 @@ private:
             const Reply reply = n < m_Replies.size() ? m_Replies[n] : Reply();
             for (const auto& piece : reply.pieces) {
                 std::this_thread::sleep_for(std::chrono::milliseconds(piece.first));
-                (void)send(client, piece.second.data(), piece.second.size(), MSG_NOSIGNAL);
+                if (send(client, piece.second.data(), piece.second.size(), MSG_NOSIGNAL) < 0) {
+                    break;  // the client has gone
+                }
             }
             pollfd p = {client, POLLIN, 0};
             if (poll(&p, 1, reply.holdMs) > 0) {
@@ -483,6 +485,26 @@ TEST_F(BoxArtCacheTest, AnImageOverTheBoxArtShareIsRefusedBeforeAnythingIsWritte
     EXPECT_EQ(0, images);
     ASSERT_EQ(0, Get(LM_WS_BoxArt95, "t", answer));
     EXPECT_EQ(share, ReadAll(answer).size());
+}
+
+// A server that sends the body a byte at a time, each in time for the per-receive time-out:
+// the exchange still ends at the call's deadline (counted in whole seconds), and not before.
+TEST_F(BoxArtCacheTest, AServerThatDripsIsCutOffAtTheCallDeadline) {
+    ScriptedServer::Reply drip{{{0, "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n"}}, 0};
+    for (int i = 0; i < 40; ++i) {
+        drip.pieces.push_back({500, "x"});
+    }
+    ScriptedServer server({drip});
+    setenv("LM_WS_CALL_DEADLINE", "3", 1);
+    ASSERT_NO_FATAL_FAILURE(Connect(server.Port()));
+    unsetenv("LM_WS_CALL_DEADLINE");
+    const auto start = std::chrono::steady_clock::now();
+    std::string answer;
+    EXPECT_EQ(-1001, Get(LM_WS_BoxArt95, "t", answer));
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    EXPECT_GE(seconds, 1.5);
+    EXPECT_LT(seconds, 4.5);
 }
 
 // What the client creates is its owner's alone: the cache folder, the database (and so its

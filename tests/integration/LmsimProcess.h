@@ -24,11 +24,12 @@
 class LmsimProcess {
 public:
     // `args` are extra lmsim options such as {"--fault", "delay:100"}.
-    explicit LmsimProcess(std::vector<std::string> args = {}) {
+    // `certOptions` go to scripts/make-test-certs after the folder.
+    explicit LmsimProcess(std::vector<std::string> args = {}, const std::string& certOptions = "") {
         char templ[] = "/tmp/lmsimXXXXXX";
         m_Dir = mkdtemp(templ);
-        std::string certs =
-            std::string(LM_SOURCE_DIR) + "/scripts/make-test-certs '" + m_Dir + "' >/dev/null";
+        std::string certs = std::string(LM_SOURCE_DIR) + "/scripts/make-test-certs '" + m_Dir +
+                            "' " + certOptions + " >/dev/null";
         if (std::system(certs.c_str()) != 0) {
             return;
         }

@@ -8,6 +8,7 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -80,6 +81,8 @@ struct LmwsRun {
     std::string out;
     std::string err;
     std::vector<json> lines;
+    long peakKb = 0;     // the process's peak resident memory
+    double seconds = 0;  // from start to exit
 };
 
 LmwsRun Lmws(const std::vector<std::string>& args, bool jsonLines = true) {
@@ -104,9 +107,11 @@ LmwsRun Lmws(const std::vector<std::string>& args, bool jsonLines = true) {
     }
     LmwsRun run;
     // A hung client fails the test instead of hanging it.
-    auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    const auto start = std::chrono::steady_clock::now();
+    auto deadline = start + std::chrono::seconds(60);
     int status = 0;
-    while (waitpid(pid, &status, WNOHANG) == 0) {
+    struct rusage usage {};
+    while (wait4(pid, &status, WNOHANG, &usage) == 0) {
         if (std::chrono::steady_clock::now() > deadline) {
             kill(pid, SIGKILL);
             waitpid(pid, &status, 0);
@@ -116,6 +121,8 @@ LmwsRun Lmws(const std::vector<std::string>& args, bool jsonLines = true) {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    run.peakKb = usage.ru_maxrss;
+    run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     run.out = ReadFile(outPath);
     run.err = ReadFile(errPath);
     std::istringstream lines(run.out);
@@ -551,9 +558,13 @@ TEST(LmwsOffline, OperationsWithoutAHandleRunAfterTheSetUp) {
     const std::string source = dir.path + "/a.txt";
     const std::string copy = dir.path + "/b.txt";
     std::ofstream(source) << "lumora\n";
-    LmwsRun run = Lmws({"--access-type", "2", "copyFile", source, copy, "--", "md5sum", copy, "--",
-                        "deleteFile", copy, "--", "getDeviceTime", "--", "checkTitlesInWishlist",
-                        "100016,100017", "0", "--", "copyFile", dir.path, dir.path + "/c.txt"});
+    LmwsRun run = Lmws({"--access-type", "2",      "copyFile",
+                        source,          copy,     "--",
+                        "md5sum",        copy,     "--",
+                        "deleteFile",    copy,     "--",
+                        "getDeviceTime", "--",     "checkTitlesInWishlist",
+                        "100016,100017", "0",      "--",
+                        "copyFile",      dir.path, dir.path + "/c.txt"});
     EXPECT_EQ(run.status, 1);  // no service: the clock and the wishlist fail
     ASSERT_EQ(run.lines.size(), 6u) << run.out << run.err;
 
@@ -617,6 +628,24 @@ TEST_F(LmwsAgainstLmsim, PrintsAPageOfTitlesAsTheOnlyLineOnStdout) {
     // The library's own console output went to stderr, not between the JSON lines.
     ASSERT_EQ(run.lines.size(), 1u) << run.out;
     ExpectSpyPageOne(run.lines[0]);
+}
+
+// The largest answers the service gives (a 200-title page, the whole genre tree) pass the input
+// limits; an answer with 100 MiB of text is refused at once, in bounded memory.
+TEST_F(LmwsAgainstLmsim, InputLimitsPassTheLargestAnswersAndRefuseAHugeOne) {
+    LmwsRun large = Lmws({"--env", "2", "--access-type", "2", "getTitles", "12", "1", "200", "2",
+                          "--", "getNavigation"});
+    EXPECT_EQ(large.status, 0) << large.out;
+    ASSERT_EQ(large.lines.size(), 2u);
+    EXPECT_EQ(large.lines[0]["result"]["Titles"].size(), 121u) << "the whole genre on one page";
+
+    ASSERT_TRUE(m_Sim.ArmFault("huge-text", "100"));
+    LmwsRun huge = Lmws({"--env", "2", "--access-type", "2", "getTitles", "12", "1", "20", "2"});
+    EXPECT_EQ(huge.status, 1);
+    ASSERT_EQ(huge.lines.size(), 1u) << huge.out;
+    EXPECT_EQ(huge.lines[0]["status"], -6045) << "a string over its limit";
+    EXPECT_LT(huge.peakKb, 64 * 1024);
+    EXPECT_LT(huge.seconds, 10);
 }
 
 TEST_F(LmwsAgainstLmsim, FileCacheAnswersOnceTheServiceIsGone) {
