@@ -135,6 +135,7 @@ int Configure(struct soap* soap, const LM_WS_SetupParams2& params) {
 
 int PrepareCall(struct soap* soap, const LM_WS_SetupParams2& params, const char* endpoint,
                 const LMString& operation) {
+    LMSoapLogPlugin::BeginExchange(soap);
     soap->header = nullptr;
     LMString id = LMString("uuid:") + operation;
     LMString action = LMString("http://" LM_WS_SCHEMA_HOST "/api/") + operation;

@@ -14,6 +14,7 @@
 #include <ctime>
 #include <string>
 
+#include "LMSoapLogPlugin.h"
 #include "LMString.h"
 #include "stdsoap2.h"
 
@@ -49,6 +50,7 @@ public:
         // The toolkit's own transfer time-out counts from here too (a SOAP exchange sets this
         // when it starts; ours would otherwise count from the context's last SOAP call).
         m_Soap->start = static_cast<ULONG64>(time(nullptr));
+        LMSoapLogPlugin::BeginExchange(m_Soap);
         SOAP_SOCKET socket = m_Soap->fopen(m_Soap, url.c_str(), host.c_str(), port);
         if (!soap_valid_socket(socket)) {
             return false;
@@ -62,9 +64,10 @@ public:
     }
     // 0 means end of stream, time-out or failure alike.
     size_t Receive(char* buffer, size_t size) {
-        const auto left = std::chrono::duration_cast<std::chrono::seconds>(
-                              m_Deadline - std::chrono::steady_clock::now())
-                              .count();
+        // Whole seconds, rounded down: the exchange ends within its deadline, not after it.
+        const auto left =
+            std::chrono::floor<std::chrono::seconds>(m_Deadline - std::chrono::steady_clock::now())
+                .count();
         if (left <= 0) {
             return 0;
         }

@@ -29,8 +29,8 @@ int LMSoapLogPlugin::Register(struct soap* soap) {
 }
 
 int LMSoapLogPlugin::Create(struct soap* soap, struct soap_plugin* plugin, void* /*arg*/) {
-    Data* data = new (std::nothrow) Data{soap->fsend, soap->frecv,    soap->fopen,   soap->fclose,
-                                         false,       LMSecretMask(), LMSecretMask()};
+    Data* data = new (std::nothrow) Data{soap->fsend, soap->frecv, soap->fopen,    soap->fclose,
+                                         false,       {},          LMSecretMask(), LMSecretMask()};
     if (data == nullptr) {
         return SOAP_EOM;
     }
@@ -80,12 +80,54 @@ void LogMasked(int area, LMSecretMask& mask, const char* data, size_t length) {
     LM_LogOutputwithLen(area, LM_LOG_TRACE, shown.data(), static_cast<unsigned>(shown.size()));
 }
 
+// While an exchange on `soap` has a deadline: `timeout` (a time-out field of the context) is
+// lowered to the seconds left for the time of one transport step, and put back when it ends.
+// Left() <= 0 means the deadline has passed.
+class StepDeadline {
+public:
+    StepDeadline(struct soap* soap, const std::chrono::steady_clock::time_point& begun,
+                 int& timeout)
+        : m_Timeout(timeout), m_Saved(timeout) {
+        if (soap->transfer_timeout <= 0 || begun == std::chrono::steady_clock::time_point()) {
+            return;
+        }
+        // Whole seconds, rounded up: the exchange ends within its deadline, not after it.
+        const auto spent =
+            std::chrono::ceil<std::chrono::seconds>(std::chrono::steady_clock::now() - begun)
+                .count();
+        m_Left = soap->transfer_timeout - static_cast<int>(spent);
+        if (m_Left > 0 && (timeout == 0 || (timeout > 0 && timeout > m_Left))) {
+            timeout = m_Left;
+        }
+    }
+    ~StepDeadline() { m_Timeout = m_Saved; }
+    StepDeadline(const StepDeadline&) = delete;
+    StepDeadline& operator=(const StepDeadline&) = delete;
+    bool Passed() const { return m_Left <= 0; }
+
+private:
+    int& m_Timeout;
+    int m_Saved;
+    int m_Left = 1;  // no deadline: never passed
+};
+
 }  // namespace
+
+void LMSoapLogPlugin::BeginExchange(struct soap* soap) {
+    if (Data* plugin = Find<Data>(soap, kId)) {
+        plugin->begun = std::chrono::steady_clock::now();
+    }
+}
 
 int LMSoapLogPlugin::Send(struct soap* soap, const char* data, size_t length) {
     Data* plugin = Find<Data>(soap, kId);
     if (plugin == nullptr) {
         return soap->error = SOAP_PLUGIN_ERROR;
+    }
+    StepDeadline deadline(soap, plugin->begun, soap->send_timeout);
+    if (deadline.Passed()) {
+        LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap send: past the call's deadline\n");
+        return soap->error = SOAP_EOF;
     }
     if (!plugin->quiet) {
         LogMasked(SENT_LMLogAreaID, plugin->sent, data, length);
@@ -100,7 +142,8 @@ size_t LMSoapLogPlugin::Recv(struct soap* soap, char* buffer, size_t length) {
     if (plugin == nullptr) {
         return 0;
     }
-    size_t received = plugin->frecv(soap, buffer, length);
+    StepDeadline deadline(soap, plugin->begun, soap->recv_timeout);
+    const size_t received = deadline.Passed() ? 0 : plugin->frecv(soap, buffer, length);
     if (received > 0 && !plugin->quiet) {
         LogMasked(RECV_LMLogAreaID, plugin->received, buffer, received);
     }
@@ -115,6 +158,11 @@ size_t LMSoapLogPlugin::Recv(struct soap* soap, char* buffer, size_t length) {
 int LMSoapLogPlugin::Open(struct soap* soap, const char* endpoint, const char* host, int port) {
     const Data* plugin = Find<const Data>(soap, kId);
     if (plugin == nullptr) {
+        return SOAP_INVALID_SOCKET;
+    }
+    StepDeadline deadline(soap, plugin->begun, soap->connect_timeout);
+    if (deadline.Passed()) {
+        soap->error = SOAP_TCP_ERROR;
         return SOAP_INVALID_SOCKET;
     }
     const int socket = plugin->fopen(soap, endpoint, host, port);

@@ -8,7 +8,8 @@
 // area in TEST_LMLogAreaID, one line each. The ids are read at every call, so the areas can be
 // configured after the plug-in is registered. Over TLS the bytes are the plaintext; with HTTP
 // compression they are the compressed bytes as they travel. Passwords, tokens, pins and proxy
-// credentials in them are logged as "***".
+// credentials in them are logged as "***". The same wrappers hold an exchange to its deadline
+// (BeginExchange).
 //
 // Register it after any plug-in or code that replaces fsend/frecv itself, so that the logged
 // bytes are the ones on the connection. The plug-in follows the context through soap_copy()
@@ -16,6 +17,7 @@
 #ifndef LM_SOAP_LOG_PLUGIN_H
 #define LM_SOAP_LOG_PLUGIN_H
 
+#include <chrono>
 #include <cstddef>
 
 #include "LMSecretMask.h"
@@ -39,6 +41,13 @@ public:
     // secret the log must not keep. Does nothing on a context without the plug-in.
     static void SetQuiet(struct soap* soap, bool quiet);
 
+    // Starts the clock of one exchange (a call: connect, send, receive) on `soap`. While the
+    // context's transfer_timeout is set, the connect, every send and every receive of the
+    // exchange waits at most for what is left of that many seconds from here, and fails once
+    // none is left, so the exchange ends in time however the server behaves. Does nothing on a
+    // context without the plug-in.
+    static void BeginExchange(struct soap* soap);
+
 private:
     struct Data {
         int (*fsend)(struct soap*, const char*, size_t);
@@ -46,6 +55,7 @@ private:
         int (*fopen)(struct soap*, const char*, const char*, int);
         int (*fclose)(struct soap*);
         bool quiet;
+        std::chrono::steady_clock::time_point begun = std::chrono::steady_clock::time_point();
         // What is logged of each direction has its secrets hidden (LMSecretMask.h).
         LMSecretMask sent = LMSecretMask();
         LMSecretMask received = LMSecretMask();
