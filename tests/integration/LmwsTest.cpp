@@ -648,6 +648,44 @@ TEST_F(LmwsAgainstLmsim, InputLimitsPassTheLargestAnswersAndRefuseAHugeOne) {
     EXPECT_LT(huge.seconds, 10);
 }
 
+// A cache file whose pages after the first are garbage is made anew by the next run, whose answer
+// it then keeps: the run after that answers from it with the service gone.
+TEST_F(LmwsAgainstLmsim, ADamagedCacheFileIsRebuiltAndAnswersOfflineAgain) {
+    TempDir cache;
+    const std::vector<std::string> options = {"--env",        "2", "--access-type", "2",
+                                              "--cache-type", "2", "--cache-path",  cache.path};
+    auto page = [&](int number) {
+        std::vector<std::string> args = options;
+        args.insert(args.end(), {"getTitles", "12", std::to_string(number), "20", "2"});
+        return Lmws(args);
+    };
+    for (int number = 1; number <= 6; ++number) {
+        ASSERT_EQ(page(number).status, 0);
+    }
+    FILE* ls = popen(("ls '" + cache.path + "'/*.lm").c_str(), "r");
+    char name[512] = {};
+    ASSERT_EQ(1, fscanf(ls, "%511s", name));
+    pclose(ls);
+    FILE* file = std::fopen(name, "r+b");
+    ASSERT_NE(file, nullptr);
+    std::fseek(file, 0, SEEK_END);
+    const long size = std::ftell(file);
+    ASSERT_GT(size, 4096);
+    std::fseek(file, 4096, SEEK_SET);
+    for (long at = 4096; at < size; ++at) {
+        std::fputc(static_cast<int>((at * 7919) & 0xFF), file);
+    }
+    std::fclose(file);
+
+    LmwsRun rebuilt = page(1);
+    EXPECT_EQ(rebuilt.status, 0) << rebuilt.err;
+    m_Sim.Stop();
+    LmwsRun offline = page(1);
+    EXPECT_EQ(offline.status, 0) << offline.out;
+    ASSERT_EQ(offline.lines.size(), 1u);
+    EXPECT_EQ(offline.lines[0], rebuilt.lines[0]);
+}
+
 TEST_F(LmwsAgainstLmsim, FileCacheAnswersOnceTheServiceIsGone) {
     TempDir cache;
     const std::vector<std::string> args = {
