@@ -162,13 +162,15 @@ protected:
         return out.str();
     }
 
-    // Runs xmllint against LM1.xsd; true when the document validates. The schema's imports of
-    // the security and addressing namespaces cannot be loaded offline and are skipped.
-    bool Validates(const std::string& xml, const char* name) {
+    // Runs xmllint, without network access, against `schema` (LM1.xsd unless given); true when
+    // the document validates. The schema's imports of the security and addressing namespaces
+    // name no location and are skipped.
+    bool Validates(const std::string& xml, const char* name,
+                   const std::string& schema = kGenDir + "/LM1.xsd") {
         std::string file = m_Dir + "/" + name + ".xml";
         std::ofstream(file, std::ios::binary) << xml;
-        std::string cmd = std::string(LMAPI_XMLLINT) + " --noout --nonet --schema '" + kGenDir +
-                          "/LM1.xsd' '" + file + "' 2>'" + m_Dir + "/xmllint.log'";
+        std::string cmd = std::string(LMAPI_XMLLINT) + " --noout --nonet --schema '" + schema +
+                          "' '" + file + "' 2>'" + m_Dir + "/xmllint.log'";
         int rc = std::system(cmd.c_str());
         if (rc != 0) {
             m_LastLog = ReadFile(m_Dir + "/xmllint.log");
@@ -221,6 +223,36 @@ TEST_F(SchemaTest, SerializedRequestsValidate) {
 
 // The two "Pin" parameters differ in type; the schema has to tell them apart, or validating
 // what we send proves nothing.
+// A client that loads a WSDL follows every schemaLocation: each must name a schema file given
+// beside it, and the service's schema embedded in the WSDL must be usable as it stands.
+TEST_F(SchemaTest, EachWsdlLoadsOfflineAndItsEmbeddedSchemaValidatesRequests) {
+    _LM1__getTitleListing listing;
+    listing.soap_default(m_Soap);
+    listing.TitleID = 100016;
+    const std::string request = Serialize(soap_write__LM1__getTitleListing, listing);
+    for (const char* name : {"RealTimeBrowseSoap12", "StreamAPISoap12", "DownloadAPISoap12"}) {
+        const std::string wsdl = ReadFile(kGenDir + "/" + name + ".wsdl");
+        for (const std::string& document : {wsdl, ReadFile(kGenDir + "/LM1.xsd")}) {
+            static const char kLocation[] = "schemaLocation=\"";
+            for (size_t at = document.find(kLocation); at != std::string::npos;
+                 at = document.find(kLocation, at + 1)) {
+                const size_t begin = at + sizeof(kLocation) - 1;
+                const std::string target =
+                    document.substr(begin, document.find('"', begin) - begin);
+                EXPECT_TRUE(std::ifstream(kGenDir + "/" + target).good()) << name << ": " << target;
+            }
+        }
+        const size_t begin =
+            wsdl.find("<schema targetNamespace=\"http://www.lumora.example/api/\"");
+        ASSERT_NE(begin, std::string::npos) << name;
+        const size_t end = wsdl.find("</schema>", begin);
+        ASSERT_NE(end, std::string::npos) << name;
+        const std::string schema = m_Dir + "/" + name + ".xsd";
+        std::ofstream(schema) << wsdl.substr(begin, end + 9 - begin);
+        EXPECT_TRUE(Validates(request, name, schema)) << name << "\n" << m_LastLog;
+    }
+}
+
 TEST_F(SchemaTest, PinIsAnIntegerForAuthorizationAndTextForAdultVerification) {
     const char* ns = "xmlns:LM1=\"http://www.lumora.example/api/\"";
     EXPECT_TRUE(Validates(std::string("<LM1:authorizeDevice ") + ns +

@@ -12,6 +12,7 @@
 #       3. Gathers the split serializer parts (soapC_NNN.cpp, their number depends on the
 #          description) into BUCKETS translation units with fixed names that the build knows in
 #          advance, so both cores compile soapC in parallel without parsing soapH.h per part.
+#       4. Leaves in the WSDL and XSD files only the schemaLocations that name a schema file.
 
 if(NOT GEN_DIR)
   message(FATAL_ERROR "GEN_DIR not set")
@@ -115,4 +116,26 @@ endforeach()
 foreach(_b RANGE 0 ${_last})
   math(EXPR _n "${_b} + 1")
   file(WRITE "${GEN_DIR}/LMAPI_soapC_${_n}.cpp" "${_body_${_b}}")
+endforeach()
+
+# 4. The WSDL and XSD files import the security and addressing namespaces with a schemaLocation
+#    that repeats the namespace name, which is no schema file: a client that loads the WSDL would
+#    try to fetch them and fail. Only a schemaLocation naming one of the schema files generated
+#    here is kept; the imports themselves stay, without a location.
+file(GLOB _documents "${GEN_DIR}/*.wsdl" "${GEN_DIR}/*.xsd")
+foreach(_doc IN LISTS _documents)
+  file(READ "${_doc}" _text)
+  string(REGEX MATCHALL " schemaLocation=\"[^\"]*\"" _locations "${_text}")
+  list(REMOVE_DUPLICATES _locations)
+  set(_changed FALSE)
+  foreach(_location IN LISTS _locations)
+    string(REGEX REPLACE "^ schemaLocation=\"([^\"]*)\"$" "\\1" _target "${_location}")
+    if(NOT _target MATCHES "^[A-Za-z0-9_.-]+\\.xsd$" OR NOT EXISTS "${GEN_DIR}/${_target}")
+      string(REPLACE "${_location}" "" _text "${_text}")
+      set(_changed TRUE)
+    endif()
+  endforeach()
+  if(_changed)
+    file(WRITE "${_doc}" "${_text}")
+  endif()
 endforeach()
