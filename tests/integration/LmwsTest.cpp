@@ -644,7 +644,10 @@ TEST_F(LmwsAgainstLmsim, InputLimitsPassTheLargestAnswersAndRefuseAHugeOne) {
     EXPECT_EQ(huge.status, 1);
     ASSERT_EQ(huge.lines.size(), 1u) << huge.out;
     EXPECT_EQ(huge.lines[0]["status"], -6045) << "a string over its limit";
-    EXPECT_LT(huge.peakKb, 64 * 1024);
+    // Measured against the run of the largest real answers, since a sanitizer build carries
+    // some 170 MB of its own; the optimised build stays near 16 MB in all.
+    EXPECT_LT(huge.peakKb - large.peakKb, 48 * 1024)
+        << huge.peakKb << " KB against " << large.peakKb;
     EXPECT_LT(huge.seconds, 10);
 }
 
