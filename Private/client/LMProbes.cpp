@@ -263,6 +263,9 @@ LM_WS_Status LM_WS_getDeviceTime(int32_t* utcSeconds) {
     // Read here, not at set-up: this probe needs no client.
     const LMDeployment deployment = LMDeployment::FromEnvironment();
     LMProxySupport::Bound(soap, deployment.callDeadline);
+    if (LMSoapLogPlugin::Register(soap) != SOAP_OK) {  // its wrappers hold the deadline
+        return LM_WS_NO_CONNECTION;
+    }
     const LMString& host = deployment.productionHost;
     const LMString hostHeader = LMDeployment::HostHeader(host, deployment.httpPort, false);
     LMRawHttp::Connection connection(soap);

@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -27,17 +26,12 @@ const size_t kChunk = 2048;
 
 // One connection on `soap`, closed through the context's close callback when it ends. A socket
 // that an earlier call kept alive is closed first, because the connection callback replaces the
-// context's socket and the transport callbacks only ever use that one. The exchange as a whole
-// ends at the context's transfer time-out (counted from Open), however slowly the server sends:
-// each receive waits at most for what is left of it.
+// context's socket and the transport callbacks only ever use that one. The context must carry
+// the log plug-in: its transport wrappers hold the exchange to the context's transfer time-out,
+// counted from Open, however slowly the server sends.
 class Connection {
 public:
-    explicit Connection(struct soap* soap)
-        : m_Soap(soap),
-          m_RecvTimeout(soap->recv_timeout),
-          m_Deadline(
-              std::chrono::steady_clock::now() +
-              std::chrono::seconds(soap->transfer_timeout > 0 ? soap->transfer_timeout : 3600)) {}
+    explicit Connection(struct soap* soap) : m_Soap(soap) {}
     ~Connection() { Close(); }
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -47,8 +41,9 @@ public:
             m_Soap->fclose(m_Soap);
             m_Soap->socket = SOAP_INVALID_SOCKET;
         }
-        // The toolkit's own transfer time-out counts from here too (a SOAP exchange sets this
-        // when it starts; ours would otherwise count from the context's last SOAP call).
+        // The toolkit's own transfer time-out, and the wrappers' deadline, count from here (a
+        // SOAP exchange sets `start` when it starts; ours would otherwise count from the
+        // context's last SOAP call).
         m_Soap->start = static_cast<ULONG64>(time(nullptr));
         LMSoapLogPlugin::BeginExchange(m_Soap);
         SOAP_SOCKET socket = m_Soap->fopen(m_Soap, url.c_str(), host.c_str(), port);
@@ -63,21 +58,7 @@ public:
         return m_Soap->fsend(m_Soap, text.c_str(), text.length()) == SOAP_OK;
     }
     // 0 means end of stream, time-out or failure alike.
-    size_t Receive(char* buffer, size_t size) {
-        // Whole seconds, rounded down: the exchange ends within its deadline, not after it.
-        const auto left =
-            std::chrono::floor<std::chrono::seconds>(m_Deadline - std::chrono::steady_clock::now())
-                .count();
-        if (left <= 0) {
-            return 0;
-        }
-        if (m_RecvTimeout == 0 || (m_RecvTimeout > 0 && left < m_RecvTimeout)) {
-            m_Soap->recv_timeout = static_cast<int>(left);
-        }
-        const size_t n = m_Soap->frecv(m_Soap, buffer, size);
-        m_Soap->recv_timeout = m_RecvTimeout;
-        return n;
-    }
+    size_t Receive(char* buffer, size_t size) { return m_Soap->frecv(m_Soap, buffer, size); }
     void Close() {
         if (m_Open) {
             m_Soap->fclose(m_Soap);
@@ -88,8 +69,6 @@ public:
 
 private:
     struct soap* m_Soap;
-    int m_RecvTimeout;  // the context's own (seconds; negative: microseconds), restored after use
-    std::chrono::steady_clock::time_point m_Deadline;
     bool m_Open = false;
 };
 

@@ -181,7 +181,8 @@ LM_WS_Status Build(LM_WS_Handle* handle, LMWSClient& client, const LM_WS_SetupPa
             return LM_WS_SSL_SETUP_FAILED;
         }
         // The environment query below runs before SetParams: bound its waits as well. The input
-        // limits and the call deadline are set here once for every exchange of the context.
+        // limits and the call deadline are set here once for every exchange of the context (the
+        // service clients' log plug-in, there from their construction, holds the deadline).
         soap->connect_timeout = soap->send_timeout = p.SendTimeout;
         soap->recv_timeout = p.RecvTimeout;
         LMProxySupport::Bound(soap, p.Deployment.callDeadline);

@@ -82,7 +82,7 @@ void LogMasked(int area, LMSecretMask& mask, const char* data, size_t length) {
 
 // While an exchange on `soap` has a deadline: `timeout` (a time-out field of the context) is
 // lowered to the seconds left for the time of one transport step, and put back when it ends.
-// Left() <= 0 means the deadline has passed.
+// Passed() says the deadline has passed and the step must not start.
 class StepDeadline {
 public:
     StepDeadline(struct soap* soap, const std::chrono::steady_clock::time_point& begun,
