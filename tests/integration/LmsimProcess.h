@@ -103,6 +103,24 @@ public:
     // confirmed it.
     bool ArmFault(const std::string& kind, const std::string& value = "", int count = 1,
                   int skip = 0) const {
+        return Get("/__lmsim/fault?kind=" + kind + (value.empty() ? "" : "&value=" + value) +
+                   "&count=" + std::to_string(count) + "&skip=" + std::to_string(skip))
+                   .find("armed " + kind) != std::string::npos;
+    }
+
+    // The HTTPS side's counts so far ("connections", "resumed", "requests", "compressed"); -1
+    // when the simulator did not tell.
+    long Stat(const std::string& name) const {
+        const std::string text = Get("/__lmsim/stats");
+        size_t at = text.find(" " + name + "=");
+        if (at == std::string::npos) {
+            at = text.find("\n" + name + "=");
+        }
+        return at == std::string::npos ? -1 : atol(text.c_str() + at + name.size() + 2);
+    }
+
+    // The whole answer (head and body) to a GET of `path` on the plain-HTTP port.
+    std::string Get(const std::string& path) const {
         int fd = socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in addr{};
         addr.sin_family = AF_INET;
@@ -110,10 +128,7 @@ public:
         addr.sin_port = htons(static_cast<uint16_t>(m_Http));
         std::string answer;
         if (fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) {
-            std::string request =
-                "GET /__lmsim/fault?kind=" + kind + (value.empty() ? "" : "&value=" + value) +
-                "&count=" + std::to_string(count) + "&skip=" + std::to_string(skip) +
-                " HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n";
+            std::string request = "GET " + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n";
             if (send(fd, request.data(), request.size(), 0) ==
                 static_cast<ssize_t>(request.size())) {
                 pollfd p = {fd, POLLIN, 0};
@@ -127,7 +142,7 @@ public:
         if (fd >= 0) {
             close(fd);
         }
-        return answer.find("armed " + kind) != std::string::npos;
+        return answer;
     }
 
     // SIGTERM and wait; the exit status (-1 when it did not exit normally).

@@ -38,7 +38,9 @@ bool SimFaults::Parse(const std::string& name, FaultKind& kind) {
                   {"bad-content-length", FaultKind::BadContentLength},
                   {"response-code", FaultKind::ResponseCode},
                   {"drip", FaultKind::Drip},
-                  {"huge-text", FaultKind::HugeText}};
+                  {"huge-text", FaultKind::HugeText},
+                  {"hang-up", FaultKind::HangUp},
+                  {"gzip-bomb", FaultKind::GzipBomb}};
     for (const auto& n : kNames) {
         if (name == n.name) {
             kind = n.kind;

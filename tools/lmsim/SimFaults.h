@@ -1,6 +1,7 @@
 // Fault switches of the simulator: a fault armed for the next N answers (or for good), shared by
-// the HTTPS and the plain-HTTP side. Armed at start-up (--fault) or per request through the
-// control path "/__lmsim/fault?kind=K&value=V&count=N&skip=M" on the plain-HTTP port.
+// the HTTPS and the plain-HTTP side. An answer takes its fault once its request has been read, so
+// a kept-alive connection that stays idle uses none. Armed at start-up (--fault) or per request
+// through the control path "/__lmsim/fault?kind=K&value=V&count=N&skip=M" on the plain-HTTP port.
 #ifndef LMSIM_FAULTS_H
 #define LMSIM_FAULTS_H
 
@@ -19,6 +20,8 @@ enum class FaultKind {
     ResponseCode,      // a SOAP answer's first ResponseCode 0 becomes `value` (1 to 9)
     Drip,              // send the answer a byte at a time, `value` milliseconds apart
     HugeText,          // the answer's first text gets `value` MiB more
+    HangUp,            // close the connection once the request is read, without answering
+    GzipBomb,          // a gzip answer of a few KB that inflates to `value` MiB of XML
 };
 
 struct Fault {
@@ -35,7 +38,7 @@ public:
     Fault Take();
 
     // "delay", "close-mid-body", "http-status", "malformed-xml", "bad-content-length",
-    // "response-code", "drip", "huge-text", "none".
+    // "response-code", "drip", "huge-text", "hang-up", "gzip-bomb", "none".
     static bool Parse(const std::string& name, FaultKind& kind);
     // "KIND" or "KIND:VALUE" as given on the command line.
     static bool ParseFault(const std::string& text, Fault& fault);

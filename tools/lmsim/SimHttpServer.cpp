@@ -153,6 +153,8 @@ void SimHttpServer::WriteResponse(int fd, const HttpResponse& response, const Fa
         case FaultKind::Delay:
             usleep(static_cast<useconds_t>(fault.value) * 1000);
             break;
+        case FaultKind::HangUp:
+            return;
         case FaultKind::HttpStatus:
             r = HttpResponse();
             r.status = fault.value;
@@ -199,6 +201,12 @@ void SimHttpServer::Serve(int fd) {
     }
     if (request.target.compare(0, 14, "/__lmsim/fault") == 0) {
         WriteResponse(fd, Control(request), Fault());
+        return;
+    }
+    if (request.target == "/__lmsim/stats") {
+        HttpResponse r;
+        r.body = m_Stats != nullptr ? m_Stats->Text() : std::string();
+        WriteResponse(fd, r, Fault());
         return;
     }
     if (m_Log != nullptr) {

@@ -9,6 +9,7 @@
 
 #include "SimFaults.h"
 #include "SimRequestLog.h"
+#include "SimStats.h"
 #include "SimWeb.h"
 
 namespace lmsim {
@@ -25,6 +26,8 @@ public:
     int Port() const { return m_Port; }
     // Each request served (the fault switches aside) is written to `log` (null: none).
     void SetRequestLog(SimRequestLog* log) { m_Log = log; }
+    // What "GET /__lmsim/stats" answers (null: an empty body). Set before Start.
+    void SetStats(const SimStats* stats) { m_Stats = stats; }
     void Start();
     void Stop();
 
@@ -42,6 +45,7 @@ private:
     SimFaults& m_Faults;
     int m_Listen = -1;
     SimRequestLog* m_Log = nullptr;
+    const SimStats* m_Stats = nullptr;
     int m_Port = 0;
     std::atomic<bool> m_Running{false};
     std::thread m_Thread;

@@ -1,19 +1,21 @@
 #include "SimSoapServer.h"
 
 #include <openssl/ssl.h>
+#include <poll.h>
+#include <zlib.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cctype>
 #include <cstring>
+#include <vector>
 
 namespace lmsim {
 
-namespace {
-
 // Per-connection state reached through soap->user.
-struct Connection {
+struct SimConnection {
     const SimWeb* web;
+    SimFaults* faults;
     Fault fault;
     int (*send)(struct soap*, const char*, size_t);  // the context's own send
     bool headerDone = false;
@@ -22,6 +24,10 @@ struct Connection {
     size_t (*recv)(struct soap*, char*, size_t) = nullptr;  // the context's own receive
     std::string received;                                   // the request, for the log
 };
+
+namespace {
+
+using Connection = SimConnection;
 
 // Receives through the real callback, keeping what came for the request log.
 size_t LoggingRecv(struct soap* soap, char* data, size_t length) {
@@ -145,9 +151,17 @@ int FaultySend(struct soap* soap, const char* data, size_t length) {
     return c->send(soap, chunk.data(), chunk.size());
 }
 
-// "GET /device/env/?d=..&dt=.." and any other GET on the HTTPS port.
+// "GET /device/env/?d=..&dt=.." and any other GET on the HTTPS port. It takes a fault like any
+// answer; of the faults only a delay and a hang-up apply to it. The connection closes after it.
 int HttpGet(struct soap* soap) {
     Connection* c = static_cast<Connection*>(soap->user);
+    c->fault = c->faults->Take();
+    soap->keep_alive = 0;
+    if (c->fault.kind == FaultKind::Delay) {
+        usleep(static_cast<useconds_t>(c->fault.value) * 1000);
+    } else if (c->fault.kind == FaultKind::HangUp) {
+        return SOAP_STOP;
+    }
     HttpRequest request;
     request.method = "GET";
     request.target = soap->path;
@@ -155,14 +169,72 @@ int HttpGet(struct soap* soap) {
     if (c->send(soap, wire.data(), wire.size()) != SOAP_OK) {
         return soap->error;
     }
-    soap->keep_alive = 0;
     return SOAP_OK;
+}
+
+// A SOAP answer whose gzip body inflates to `mib` MiB: an envelope padded with blanks, which the
+// reader skips without keeping anything. Compressed on the fly, a few KB per 1 MiB; the body ends
+// with the connection. False when the client has gone.
+bool SendGzipBomb(struct soap* soap, int mib) {
+    Connection* c = static_cast<Connection*>(soap->user);
+    const std::string head =
+        "HTTP/1.1 200 OK\r\nContent-Type: application/soap+xml; charset=utf-8\r\n"
+        "Content-Encoding: gzip\r\nConnection: close\r\n\r\n";
+    if (c->send(soap, head.data(), head.size()) != SOAP_OK) {
+        return false;
+    }
+    z_stream z = {};
+    if (deflateInit2(&z, 1, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY) != Z_OK) {
+        return false;
+    }
+    const std::string open =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><SOAP-ENV:Envelope "
+        "xmlns:SOAP-ENV=\"http://www.w3.org/2003/05/soap-envelope\"><SOAP-ENV:Body>";
+    const std::string blanks(1 << 20, ' ');
+    const std::string close = "</SOAP-ENV:Body></SOAP-ENV:Envelope>";
+    std::vector<unsigned char> out(64 << 10);
+    bool ok = true;
+    auto feed = [&](const std::string& text, int flush) {
+        z.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+        z.avail_in = static_cast<uInt>(text.size());
+        do {
+            z.next_out = out.data();
+            z.avail_out = static_cast<uInt>(out.size());
+            deflate(&z, flush);
+            const size_t n = out.size() - z.avail_out;
+            ok = ok && (n == 0 || c->send(soap, reinterpret_cast<char*>(out.data()), n) == SOAP_OK);
+        } while (ok && z.avail_out == 0);
+    };
+    feed(open, Z_NO_FLUSH);
+    for (int i = 0; ok && i < mib; ++i) {
+        feed(blanks, Z_NO_FLUSH);
+    }
+    if (ok) {
+        feed(close, Z_FINISH);
+    }
+    deflateEnd(&z);
+    return ok;
+}
+
+// Waits up to `ms` for the client's next request on a kept connection: bytes the TLS layer holds
+// already, or the socket turning readable (which is also how a close shows).
+bool AwaitRequest(struct soap* conn, int ms) {
+    if (conn->ssl != nullptr && SSL_pending(conn->ssl) > 0) {
+        return true;
+    }
+    pollfd p = {conn->socket, POLLIN, 0};
+    return poll(&p, 1, ms) == 1;
 }
 
 }  // namespace
 
-SimSoapServer::SimSoapServer(const SimState& state, const SimWeb& web, SimFaults& faults)
-    : m_State(state), m_Web(web), m_Faults(faults), m_Master(soap_new1(SOAP_C_UTFSTRING)) {}
+SimSoapServer::SimSoapServer(const SimState& state, const SimWeb& web, SimFaults& faults,
+                             const KeepAlive& keepAlive)
+    : m_State(state),
+      m_Web(web),
+      m_Faults(faults),
+      m_KeepAlive(keepAlive),
+      m_Master(soap_new1(SOAP_C_UTFSTRING | SOAP_IO_KEEPALIVE)) {}
 
 SimSoapServer::~SimSoapServer() {
     Stop();
@@ -174,12 +246,21 @@ SimSoapServer::~SimSoapServer() {
 bool SimSoapServer::Listen(const std::string& tlsDir, int port, std::string& error) {
     const std::string cert = tlsDir + "/server.pem";
     const std::string key = tlsDir + "/server.key";
-    if (soap_ssl_server_context(m_Master, SOAP_SSL_NO_AUTHENTICATION, nullptr, nullptr, nullptr,
-                                nullptr, nullptr, nullptr, nullptr) != SOAP_OK ||
+    // The chain is loaded once, here, and sent as it stands: no trust store is consulted per
+    // handshake (the server asks for no client certificate). The session id context turns the
+    // session cache on, so a client that comes back resumes its session.
+    const char* sessionContext = m_KeepAlive.resumption ? "lmsim" : nullptr;
+    if (soap_ssl_server_context(m_Master, SOAP_SSL_NO_AUTHENTICATION | SOAP_SSL_NO_DEFAULT_CA_PATH,
+                                nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                sessionContext) != SOAP_OK ||
         SSL_CTX_use_certificate_chain_file(m_Master->ctx, cert.c_str()) != 1 ||
         SSL_CTX_use_PrivateKey_file(m_Master->ctx, key.c_str(), SSL_FILETYPE_PEM) != 1) {
         error = "cannot load " + cert + " and " + key;
         return false;
+    }
+    SSL_CTX_set_mode(m_Master->ctx, SSL_MODE_NO_AUTO_CHAIN);
+    if (!m_KeepAlive.resumption) {
+        SSL_CTX_set_options(m_Master->ctx, SSL_OP_NO_TICKET);
     }
     m_Master->bind_flags = SO_REUSEADDR;
     m_Master->accept_timeout = -100000;  // 100 ms: the loop looks at m_Running in between
@@ -222,12 +303,14 @@ void SimSoapServer::AcceptLoop() {
         if (conn == nullptr) {
             continue;
         }
+        bool keep = false;
         {
             std::lock_guard<std::mutex> lock(m_Lock);
-            ++m_Active;
+            keep = ++m_Active <= m_KeepAlive.maxConnections;
         }
-        std::thread([this, conn] {
-            Serve(conn);
+        m_Stats.connections++;
+        std::thread([this, conn, keep] {
+            Serve(conn, keep);
             std::lock_guard<std::mutex> lock(m_Lock);
             if (--m_Active == 0) {
                 m_Idle.notify_all();
@@ -236,10 +319,10 @@ void SimSoapServer::AcceptLoop() {
     }
 }
 
-void SimSoapServer::Serve(struct soap* conn) {
+void SimSoapServer::Serve(struct soap* conn, bool keep) {
     conn->recv_timeout = 10;
     conn->send_timeout = 10;
-    Connection c{&m_Web, m_Faults.Take(), conn->fsend, false, 0, 0, nullptr, std::string()};
+    Connection c{&m_Web, &m_Faults, Fault(), conn->fsend, false, 0, 0, nullptr, std::string()};
     conn->user = &c;
     conn->fsend = FaultySend;
     conn->fget = HttpGet;
@@ -247,44 +330,85 @@ void SimSoapServer::Serve(struct soap* conn) {
         c.recv = conn->frecv;
         conn->frecv = LoggingRecv;
     }
-    if (c.fault.kind == FaultKind::Delay) {
-        usleep(static_cast<useconds_t>(c.fault.value) * 1000);
-    }
     if (soap_ssl_accept(conn) == SOAP_OK) {
-        if (soap_begin_serve(conn) != SOAP_OK) {
-            if (conn->error < SOAP_STOP) {
-                soap_send_fault(conn);
+        if (SSL_session_reused(conn->ssl) == 1) {
+            m_Stats.resumed++;
+        }
+        for (int served = 0; served == 0 || AwaitRequest(conn, m_KeepAlive.idleMs); ++served) {
+            c.fault = Fault();
+            c.headerDone = false;
+            c.announced = c.bodySent = 0;
+            c.received.clear();
+            if (!ServeOne(conn, c, keep && served + 1 < m_KeepAlive.maxRequests)) {
+                break;
             }
-        } else if (c.fault.kind == FaultKind::HttpStatus) {
-            soap_send_empty_response(conn, c.fault.value);
-        } else {
-            // Service objects built on a borrowed context leave it to us to free.
-            SimRealTimeBrowse browse(conn, m_State);
-            SimStreamAPI stream(conn, m_State);
-            SimDownloadAPI download(conn, m_State);
-            int rc = SOAP_NO_METHOD;
-            const char* path = conn->path;
-            if (EndsWith(path, "/RealTimeBrowse.asmx")) {
-                rc = browse.dispatch(conn);
-            } else if (EndsWith(path, "/StreamAPI.asmx")) {
-                rc = stream.dispatch(conn);
-            } else if (EndsWith(path, "/DownloadAPI.asmx")) {
-                rc = download.dispatch(conn);
-            } else {
-                soap_send_empty_response(conn, 404);
-                rc = SOAP_OK;
-            }
-            if (rc != SOAP_OK && conn->error < SOAP_STOP) {
-                soap_send_fault(conn);
-            }
-            if (m_Log != nullptr) {
-                m_Log->Write(SimRequestLog::SoapLine(c.received));
-            }
+            soap_destroy(conn);
+            soap_end(conn);
         }
     }
     soap_destroy(conn);
     soap_end(conn);
     soap_free(conn);
+}
+
+bool SimSoapServer::ServeOne(struct soap* conn, SimConnection& c, bool keep) {
+    soap_clr_omode(conn, SOAP_ENC_ZLIB);
+    if (soap_begin_serve(conn) != SOAP_OK) {
+        if (conn->error < SOAP_STOP) {
+            soap_send_fault(conn);
+        }
+        return false;  // nothing more comes, or a GET that closes the connection
+    }
+    m_Stats.requests++;
+    c.fault = m_Faults.Take();
+    if (c.fault.kind == FaultKind::HangUp) {
+        return false;
+    }
+    if (c.fault.kind == FaultKind::GzipBomb) {
+        SendGzipBomb(conn, c.fault.value);
+        return false;
+    }
+    if (c.fault.kind == FaultKind::Delay) {
+        usleep(static_cast<useconds_t>(c.fault.value) * 1000);
+    }
+    // A harmed answer closes its connection, as a broken server's would. An unharmed one goes
+    // compressed when the client accepts it (faults work on the plain bytes).
+    if (c.fault.kind != FaultKind::None || !keep) {
+        conn->keep_alive = 0;
+    }
+    if (c.fault.kind == FaultKind::None && conn->zlib_out != SOAP_ZLIB_NONE) {
+        // The fastest level: repetitive XML shrinks some twenty times even so.
+        soap_set_omode(conn, SOAP_ENC_ZLIB);
+        conn->z_level = 1;
+        m_Stats.compressed++;
+    }
+    if (c.fault.kind == FaultKind::HttpStatus) {
+        soap_send_empty_response(conn, c.fault.value);
+        return false;
+    }
+    // Service objects built on a borrowed context leave it to us to free.
+    SimRealTimeBrowse browse(conn, m_State);
+    SimStreamAPI stream(conn, m_State);
+    SimDownloadAPI download(conn, m_State);
+    int rc = SOAP_NO_METHOD;
+    const char* path = conn->path;
+    if (EndsWith(path, "/RealTimeBrowse.asmx")) {
+        rc = browse.dispatch(conn);
+    } else if (EndsWith(path, "/StreamAPI.asmx")) {
+        rc = stream.dispatch(conn);
+    } else if (EndsWith(path, "/DownloadAPI.asmx")) {
+        rc = download.dispatch(conn);
+    } else {
+        soap_send_empty_response(conn, 404);
+        rc = SOAP_OK;
+    }
+    if (rc != SOAP_OK && conn->error < SOAP_STOP) {
+        soap_send_fault(conn);
+    }
+    if (m_Log != nullptr) {
+        m_Log->Write(SimRequestLog::SoapLine(c.received));
+    }
+    return rc == SOAP_OK && conn->keep_alive != 0 && soap_valid_socket(conn->socket);
 }
 
 }  // namespace lmsim

@@ -40,12 +40,23 @@ void Usage(FILE* out) {
             "                         http-status:CODE, malformed-xml, bad-content-length,\n"
             "                         response-code:N (the answer's first ResponseCode 0 is N,\n"
             "                         1 to 9), drip:MS (the answer a byte every MS ms),\n"
-            "                         huge-text:MIB (MIB MiB more of the answer's first text)\n"
+            "                         huge-text:MIB (MIB MiB more of the answer's first text),\n"
+            "                         hang-up (close once the request is read, no answer),\n"
+            "                         gzip-bomb:MIB (a few KB of gzip inflating to MIB MiB)\n"
+            "  --idle-ms MS           close a kept-alive HTTPS connection after MS ms without\n"
+            "                         a request (default 5000)\n"
+            "  --max-connections N    keep at most N HTTPS connections alive at once; more\n"
+            "                         are served one request each (default 32)\n"
+            "  --max-requests N       close an HTTPS connection after N requests (default 1000)\n"
+            "  --no-resumption        no TLS session resumption: every connection makes a full\n"
+            "                         handshake\n"
             "  --help                 this text\n"
             "\n"
             "Faults can also be armed per request: GET /__lmsim/fault?kind=K&value=V&count=N on\n"
             "the plain HTTP port applies K to the next N answers of either port; &skip=M\n"
-            "lets M answers through first.\n"
+            "lets M answers through first. A harmed answer closes its connection. Answers go\n"
+            "gzip-compressed when the request accepts it. GET /__lmsim/stats tells the HTTPS\n"
+            "side's counts: 'connections=N resumed=M requests=K compressed=C'.\n"
             "\n"
             "Catalogue: a product's ExpireDate reads \"YYYY/12/31 23:59:59\"; bought SD\n"
             "  copies have none; SKU %d (title 100000's first) ended \"2012/03/05 23:59:00\".\n"
@@ -96,11 +107,19 @@ int main(int argc, char** argv) {
     lmsim::WebSettings web;
     lmsim::Fault fault;
     std::string requestLogPath;
+    lmsim::SimSoapServer::KeepAlive keepAlive;
+    long idleMs = keepAlive.idleMs;
+    long maxConnections = keepAlive.maxConnections;
+    long maxRequests = keepAlive.maxRequests;
     for (int i = 1; i < argc; ++i) {
         std::string arg = argv[i];
         if (arg == "--help" || arg == "-h") {
             Usage(stdout);
             return 0;
+        }
+        if (arg == "--no-resumption") {
+            keepAlive.resumption = false;
+            continue;
         }
         if (i + 1 >= argc) {
             fprintf(stderr, "lmsim: %s needs a value (see --help)\n", arg.c_str());
@@ -123,6 +142,12 @@ int main(int argc, char** argv) {
             ok = ParseInt(value, 1, 64L << 20, bandwidth);
         } else if (arg == "--request-log") {
             requestLogPath = value;
+        } else if (arg == "--idle-ms") {
+            ok = ParseInt(value, 0, 600000, idleMs);
+        } else if (arg == "--max-connections") {
+            ok = ParseInt(value, 0, 4096, maxConnections);
+        } else if (arg == "--max-requests") {
+            ok = ParseInt(value, 1, 1000000, maxRequests);
         } else if (arg == "--fault") {
             ok = lmsim::SimFaults::ParseFault(value, fault);
         } else {
@@ -139,6 +164,9 @@ int main(int argc, char** argv) {
         return 2;
     }
     web.bandwidthBytes = static_cast<size_t>(bandwidth);
+    keepAlive.idleMs = static_cast<int>(idleMs);
+    keepAlive.maxConnections = static_cast<int>(maxConnections);
+    keepAlive.maxRequests = static_cast<int>(maxRequests);
 
     // Block the stop signals in every thread; the main thread waits for them below. A peer
     // that drops its connection must not kill the simulator.
@@ -172,8 +200,9 @@ int main(int argc, char** argv) {
     }
     lmsim::SimState state{catalogue, accounts, static_cast<int>(accessType), http.Port(),
                           web.bandwidthPath};
-    lmsim::SimSoapServer https(state, simWeb, faults);
+    lmsim::SimSoapServer https(state, simWeb, faults, keepAlive);
     https.SetRequestLog(&requestLog);
+    http.SetStats(&https.Stats());
     if (!https.Listen(tlsDir, static_cast<int>(httpsPort), error)) {
         fprintf(stderr, "lmsim: HTTPS: %s\n", error.c_str());
         return 1;
