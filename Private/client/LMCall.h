@@ -8,6 +8,7 @@
 
 #include "LMCacheNames.h"
 #include "LMLog.h"
+#include "LMSoapLogPlugin.h"
 #include "LMUtilities.h"
 #include "LMWSClient.h"
 #include "Serializer.h"
@@ -101,6 +102,24 @@ const Wire* ReadCached(LMWSClient& client, const CacheSlot& slot,
     return nullptr;
 }
 
+// Asks the service (`ask(response)`, the proxy prepared for `operation`). When the server had
+// closed the kept connection before answering, which it may do to an idle connection at any
+// moment, the call is prepared and asked once more: the toolkit opens a new connection for it,
+// resuming the TLS session.
+template <class Proxy, class Response, class Ask>
+int AskKept(Proxy& proxy, const char* operation, Ask& ask, Response& response) {
+    int rc = ask(response);
+    if (rc != SOAP_OK && LMSoapLogPlugin::KeptConnectionDropped(proxy.soap)) {
+        LM_LogOutput(ClientLogArea().Id(), LM_LOG_TRACE,
+                     "%s: the kept connection was closed, asking on a new one\n", operation);
+        rc = proxy.Setup(LMString(operation));
+        if (rc == SOAP_OK) {
+            rc = ask(response);
+        }
+    }
+    return rc;
+}
+
 // One call on `proxy`: prepare it for the service operation; answer from the cache when `slot`
 // names an entry that holds a readable answer, otherwise ask the service (`ask(response)` fills
 // the request, calls and returns the toolkit's code); convert the answer into the caller's
@@ -124,7 +143,7 @@ LM_WS_Status Call(LMWSClient& client, Proxy& proxy, const Operation& op, const C
     }
     const bool cached = answer != nullptr;
     if (rc == SOAP_OK && !cached) {
-        rc = ask(response);
+        rc = AskKept(proxy, op.Service, ask, response);
         answer = rc == SOAP_OK ? response.*result : nullptr;
     }
     if (answer != nullptr) {
@@ -162,7 +181,7 @@ int ValueCall(Proxy& proxy, const char* operation, Ask ask, Take take) {
     Response response;
     int rc = proxy.Setup(LMString(operation));
     if (rc == SOAP_OK) {
-        rc = ask(response);
+        rc = AskKept(proxy, operation, ask, response);
     }
     if (rc == SOAP_OK) {
         take(response);

@@ -41,7 +41,7 @@ template <class Proxy, class Device, Device* (*New)(struct soap*, int),
 class LMServiceClient : public Proxy {
 public:
     explicit LMServiceClient(const char* endpointFile)
-        : Proxy(SOAP_C_UTFSTRING), m_EndpointFile(endpointFile), m_Params(nullptr) {
+        : Proxy(kMode), m_EndpointFile(endpointFile), m_Params(nullptr) {
         // From the start, so that the environment query made before SetParams is logged too.
         LMSoapLogPlugin::Register(this->soap);
     }
@@ -81,6 +81,11 @@ public:
     }
 
     const LMString& Endpoint() const { return m_Endpoint; }
+
+    // UTF-8 strings; the connection stays open between calls while the server keeps it; answers
+    // are read as plain trees: document/literal answers carry no id/href references, so the
+    // toolkit's reference bookkeeping would only cost time.
+    static constexpr soap_mode kMode = SOAP_C_UTFSTRING | SOAP_IO_KEEPALIVE | SOAP_XML_TREE;
 
 private:
     const char* m_EndpointFile;

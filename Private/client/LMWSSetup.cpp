@@ -9,6 +9,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
+#include <mutex>
+#include <string>
 
 #include "LMCall.h"
 #include "LMDeployment.h"
@@ -82,32 +85,85 @@ int VerifyAgainstSubjectAltNames(int ok, X509_STORE_CTX* store) {
     return 1;
 }
 
-// A TLS client context that trusts the toolkit's built-in public roots and, when the deployment
-// names one, every certificate of an extra PEM file. Peer verification stays on, host names are
-// matched against subjectAltNames only.
-bool TrustRoots(struct soap* soap, const LMString& caFile) {
-    if (soap_ssl_client_cacerts(soap) != SOAP_OK || soap->ctx == nullptr) {
-        return false;
-    }
-    SSL_CTX_set_verify(soap->ctx, SSL_VERIFY_PEER, VerifyAgainstSubjectAltNames);
-    if (caFile.empty()) {
-        return true;
-    }
-    BIO* bio = BIO_new_file(caFile.c_str(), "r");
-    if (bio == nullptr) {
-        return false;
-    }
-    X509_STORE* store = SSL_CTX_get_cert_store(soap->ctx);
-    int added = 0;
-    while (X509* cert = PEM_read_bio_X509(bio, nullptr, nullptr, nullptr)) {
-        if (X509_STORE_add_cert(store, cert) == 1) {
-            ++added;
+// The certificates a TLS client trusts: the toolkit's built-in public roots and, when the
+// deployment names one, every certificate of an extra PEM file. Built once per process (per extra
+// file) and shared by every client context: loading the 140 roots is most of a set-up's cost.
+class TrustStore {
+public:
+    // The store for `caFile` ("" for the roots alone), null when the file holds no certificate.
+    // The caller gets a reference of its own (X509_STORE_free it).
+    static X509_STORE* Get(const LMString& caFile) {
+        static std::mutex lock;
+        static std::map<std::string, X509_STORE*>* stores = new std::map<std::string, X509_STORE*>;
+        std::lock_guard<std::mutex> hold(lock);
+        auto found = stores->find(caFile.c_str());
+        X509_STORE* store = found != stores->end() ? found->second : nullptr;
+        if (store == nullptr) {
+            store = Build(caFile);
+            if (store == nullptr) {
+                return nullptr;  // not remembered: a file put right later is read then
+            }
+            (*stores)[caFile.c_str()] = store;  // the process keeps it to its end
         }
-        X509_free(cert);
+        X509_STORE_up_ref(store);
+        return store;
     }
-    ERR_clear_error();  // the end of the file reads as an error
-    BIO_free(bio);
-    return added > 0;
+
+private:
+    static X509_STORE* Build(const LMString& caFile) {
+        // The toolkit's roots come with a context; the store outlives it.
+        struct soap* scratch = soap_new();
+        X509_STORE* store = nullptr;
+        if (scratch != nullptr && soap_ssl_client_cacerts(scratch) == SOAP_OK &&
+            scratch->ctx != nullptr) {
+            store = SSL_CTX_get_cert_store(scratch->ctx);
+            X509_STORE_up_ref(store);
+        }
+        if (scratch != nullptr) {
+            soap_free(scratch);
+        }
+        if (store != nullptr && !caFile.empty() && !AddFile(store, caFile)) {
+            X509_STORE_free(store);
+            store = nullptr;
+        }
+        return store;
+    }
+
+    static bool AddFile(X509_STORE* store, const LMString& caFile) {
+        BIO* bio = BIO_new_file(caFile.c_str(), "r");
+        if (bio == nullptr) {
+            return false;
+        }
+        int added = 0;
+        while (X509* cert = PEM_read_bio_X509(bio, nullptr, nullptr, nullptr)) {
+            if (X509_STORE_add_cert(store, cert) == 1) {
+                ++added;
+            }
+            X509_free(cert);
+        }
+        ERR_clear_error();  // the end of the file reads as an error
+        BIO_free(bio);
+        return added > 0;
+    }
+};
+
+// A TLS client context on the process's shared trust store. Peer verification stays on, host
+// names are matched against subjectAltNames only.
+bool TrustRoots(struct soap* soap, const LMString& caFile) {
+    X509_STORE* store = TrustStore::Get(caFile);
+    if (store == nullptr) {
+        return false;
+    }
+    // No file or folder of its own, not even the system's: the shared store is all it trusts.
+    if (soap_ssl_client_context(soap, SOAP_SSL_DEFAULT | SOAP_SSL_NO_DEFAULT_CA_PATH, nullptr,
+                                nullptr, nullptr, nullptr, nullptr) != SOAP_OK ||
+        soap->ctx == nullptr) {
+        X509_STORE_free(store);
+        return false;
+    }
+    SSL_CTX_set_cert_store(soap->ctx, store);  // takes our reference
+    SSL_CTX_set_verify(soap->ctx, SSL_VERIFY_PEER, VerifyAgainstSubjectAltNames);
+    return true;
 }
 
 LMString BuildUserAgent(const LM_WS_SetupParams2& p) {

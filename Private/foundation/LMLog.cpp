@@ -13,10 +13,12 @@ const char* const LMWS_SoapRecvLOG_AREA_NAME = "soap_recv";
 const char* const LMWS_SoapSentLOG_AREA_NAME = "soap_sent";
 const char* const LMWS_SoapTestLOG_AREA_NAME = "soap_test";
 
+// No area until logging is configured: id 0 is whichever area registered first, and the bytes of
+// every exchange must not go there (nor cost their masking) in a process that never asked.
 extern "C" {
-int RECV_LMLogAreaID = 0;
-int SENT_LMLogAreaID = 0;
-int TEST_LMLogAreaID = 0;
+int RECV_LMLogAreaID = -1;
+int SENT_LMLogAreaID = -1;
+int TEST_LMLogAreaID = -1;
 }
 
 LM_Log& LM_Log::GetInstance() {

@@ -2,6 +2,7 @@
 // the environment table and the environment query, the cache file and its refresh, TLS trust,
 // and the headers and User-Agent of the requests as they go out.
 #include <gtest/gtest.h>
+#include <openssl/ssl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
 
@@ -512,6 +513,24 @@ TEST(LMWSSetupCalls, UntrustedServerCertificateIsATlsFailure) {
     Client trusted;
     ASSERT_EQ(trusted.Setup(params), LM_WS_OK);
     EXPECT_EQ(LM_WS_getFileType(&trusted.h, &fileType), LM_WS_OK);
+
+    // The roots are loaded once per process: every context of every client with the same extra
+    // file shares one store, and the extra file makes a store of its own.
+    Client another;
+    ASSERT_EQ(another.Setup(params), LM_WS_OK);
+    auto store = [](Client& c, int which) {
+        LMWSClient* x = c.Context();
+        struct soap* soap = which == 0   ? x->m_RealTimeBrowse.soap
+                            : which == 1 ? x->m_StreamAPI.soap
+                                         : x->m_DownloadAPI.soap;
+        return SSL_CTX_get_cert_store(soap->ctx);
+    };
+    for (int which = 0; which < 3; ++which) {
+        EXPECT_EQ(store(trusted, which), store(trusted, 0));
+        EXPECT_EQ(store(another, which), store(trusted, 0));
+        EXPECT_EQ(store(client, which), store(client, 0));
+    }
+    EXPECT_NE(store(client, 0), store(trusted, 0));
 }
 
 TEST(LMWSSetupCalls, RefusedConnectionIsNoConnection) {

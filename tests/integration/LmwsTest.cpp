@@ -630,8 +630,34 @@ TEST_F(LmwsAgainstLmsim, PrintsAPageOfTitlesAsTheOnlyLineOnStdout) {
     ExpectSpyPageOne(run.lines[0]);
 }
 
+// One process keeps its connection: 200 calls in a row open one connection to the service (a
+// handful at most, should the server close one), and the answers come compressed.
+TEST_F(LmwsAgainstLmsim, TwoHundredCallsShareAHandfulOfConnections) {
+    std::vector<std::string> args = {"--env", "2", "--access-type", "2"};
+    for (int call = 0; call < 200; ++call) {
+        if (call > 0) {
+            args.push_back("--");
+        }
+        for (const char* arg : {"getTitles", "12", "1", "20", "2"}) {
+            args.push_back(arg);
+        }
+        args.back() = std::to_string(call % 3);  // rent, buy, any in turn
+    }
+    const long connections = m_Sim.Stat("connections");
+    const long compressed = m_Sim.Stat("compressed");
+    LmwsRun run = Lmws(args);
+    EXPECT_EQ(run.status, 0) << run.err;
+    ASSERT_EQ(run.lines.size(), 200u);
+    for (const json& line : run.lines) {
+        ASSERT_EQ(line["status"], 0) << line;
+    }
+    EXPECT_LE(m_Sim.Stat("connections") - connections, 3);
+    EXPECT_EQ(m_Sim.Stat("compressed") - compressed, 200);
+}
+
 // The largest answers the service gives (a 200-title page, the whole genre tree) pass the input
-// limits; an answer with 100 MiB of text is refused at once, in bounded memory.
+// limits; an answer with 100 MiB of text, or one that inflates to 1 GiB, is refused at once, in
+// bounded memory.
 TEST_F(LmwsAgainstLmsim, InputLimitsPassTheLargestAnswersAndRefuseAHugeOne) {
     LmwsRun large = Lmws({"--env", "2", "--access-type", "2", "getTitles", "12", "1", "200", "2",
                           "--", "getNavigation"});
@@ -649,6 +675,17 @@ TEST_F(LmwsAgainstLmsim, InputLimitsPassTheLargestAnswersAndRefuseAHugeOne) {
     EXPECT_LT(huge.peakKb - large.peakKb, 48 * 1024)
         << huge.peakKb << " KB against " << large.peakKb;
     EXPECT_LT(huge.seconds, 10);
+
+    // The answer's size bound holds for what a compressed answer inflates to: a few hundred KB of
+    // gzip that would make 1 GiB end at 8 MiB, as a cut answer.
+    ASSERT_TRUE(m_Sim.ArmFault("gzip-bomb", "1024"));
+    LmwsRun bomb = Lmws({"--env", "2", "--access-type", "2", "getTitles", "12", "1", "20", "2"});
+    EXPECT_EQ(bomb.status, 1);
+    ASSERT_EQ(bomb.lines.size(), 1u) << bomb.out;
+    EXPECT_EQ(bomb.lines[0]["status"], LM_WS_CONNECTION_ENDED);
+    EXPECT_LT(bomb.peakKb - large.peakKb, 48 * 1024)
+        << bomb.peakKb << " KB against " << large.peakKb;
+    EXPECT_LT(bomb.seconds, 10);
 }
 
 // A cache file whose pages after the first are garbage is made anew by the next run, whose answer

@@ -1,5 +1,6 @@
 #include "LMSoapLogPlugin.h"
 
+#include <cctype>
 #include <new>
 #include <string>
 #include <type_traits>
@@ -29,8 +30,8 @@ int LMSoapLogPlugin::Register(struct soap* soap) {
 }
 
 int LMSoapLogPlugin::Create(struct soap* soap, struct soap_plugin* plugin, void* /*arg*/) {
-    Data* data = new (std::nothrow) Data{soap->fsend, soap->frecv, soap->fopen,    soap->fclose,
-                                         false,       {},          LMSecretMask(), LMSecretMask()};
+    Data* data = new (std::nothrow)
+        Data{soap->fsend, soap->frecv, soap->fopen, soap->fclose, soap->fpreparerecv, false};
     if (data == nullptr) {
         return SOAP_EOM;
     }
@@ -42,6 +43,7 @@ int LMSoapLogPlugin::Create(struct soap* soap, struct soap_plugin* plugin, void*
     soap->frecv = Recv;
     soap->fopen = Open;
     soap->fclose = Close;
+    soap->fpreparerecv = PrepareRecv;
     return SOAP_OK;
 }
 
@@ -80,6 +82,22 @@ void LogMasked(int area, LMSecretMask& mask, const char* data, size_t length) {
     LM_LogOutputwithLen(area, LM_LOG_TRACE, shown.data(), static_cast<unsigned>(shown.size()));
 }
 
+// Whether an answer's head announces a compressed body ("Content-Encoding: gzip" or "deflate",
+// the header name in any case).
+bool IsCompressed(const std::string& head) {
+    std::string lower(head);
+    for (char& c : lower) {
+        c = static_cast<char>(tolower(static_cast<unsigned char>(c)));
+    }
+    const size_t at = lower.find("\r\ncontent-encoding:");
+    if (at == std::string::npos) {
+        return false;
+    }
+    const size_t eol = lower.find("\r\n", at + 2);
+    const std::string value = lower.substr(at + 19, eol - at - 19);
+    return value.find("gzip") != std::string::npos || value.find("deflate") != std::string::npos;
+}
+
 // While an exchange on `soap` has a deadline: `timeout` (a time-out field of the context) is
 // lowered to the seconds left for the time of one transport step, and put back when it ends.
 // Passed() says the deadline has passed and the step must not start.
@@ -116,7 +134,26 @@ private:
 void LMSoapLogPlugin::BeginExchange(struct soap* soap) {
     if (Data* plugin = Find<Data>(soap, kId)) {
         plugin->begun = std::chrono::steady_clock::now();
+        plugin->onKeptConnection = soap_valid_socket(soap->socket) && soap->keep_alive != 0;
+        plugin->opened = false;
+        plugin->receivedBytes = 0;
+        plugin->head.clear();
+        plugin->headEnded = false;
+        plugin->compressed = false;
     }
+}
+
+bool LMSoapLogPlugin::KeptConnectionDropped(struct soap* soap) {
+    const Data* plugin = Find<const Data>(soap, kId);
+    if (plugin == nullptr || !plugin->onKeptConnection || plugin->opened ||
+        plugin->receivedBytes > 0) {
+        return false;
+    }
+    if (soap->error != SOAP_EOF && soap->error != SOAP_TCP_ERROR && soap->error != SOAP_SSL_ERROR) {
+        return false;
+    }
+    int unbounded = 0;
+    return !StepDeadline(soap, plugin->begun, unbounded).Passed();
 }
 
 int LMSoapLogPlugin::Send(struct soap* soap, const char* data, size_t length) {
@@ -144,8 +181,9 @@ size_t LMSoapLogPlugin::Recv(struct soap* soap, char* buffer, size_t length) {
     }
     StepDeadline deadline(soap, plugin->begun, soap->recv_timeout);
     const size_t received = deadline.Passed() ? 0 : plugin->frecv(soap, buffer, length);
-    if (received > 0 && !plugin->quiet) {
-        LogMasked(RECV_LMLogAreaID, plugin->received, buffer, received);
+    plugin->receivedBytes += received;
+    if (received > 0) {
+        LogReceived(soap, *plugin, buffer, received);
     }
     if (received > 0) {
         LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap recv: %zu bytes\n", received);
@@ -156,10 +194,11 @@ size_t LMSoapLogPlugin::Recv(struct soap* soap, char* buffer, size_t length) {
 }
 
 int LMSoapLogPlugin::Open(struct soap* soap, const char* endpoint, const char* host, int port) {
-    const Data* plugin = Find<const Data>(soap, kId);
+    Data* plugin = Find<Data>(soap, kId);
     if (plugin == nullptr) {
         return SOAP_INVALID_SOCKET;
     }
+    plugin->opened = true;
     StepDeadline deadline(soap, plugin->begun, soap->connect_timeout);
     if (deadline.Passed()) {
         soap->error = SOAP_TCP_ERROR;
@@ -187,4 +226,44 @@ int LMSoapLogPlugin::Close(struct soap* soap) {
     LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap close: socket %d, error %d\n",
                  static_cast<int>(soap->socket), soap->error);
     return plugin->fclose(soap);
+}
+
+void LMSoapLogPlugin::LogReceived(struct soap* /*soap*/, Data& plugin, const char* data,
+                                  size_t length) {
+    size_t head = 0;  // how much of `data` belongs to the head
+    if (!plugin.headEnded) {
+        // The head is short; one that never ends within 64 KiB is logged as body.
+        const size_t before = plugin.head.size();
+        plugin.head.append(data, length);
+        const size_t end = plugin.head.find("\r\n\r\n");
+        if (end != std::string::npos || plugin.head.size() > (64u << 10)) {
+            plugin.headEnded = true;
+            head = end != std::string::npos ? end + 4 - before : length;
+            plugin.compressed =
+                end != std::string::npos && IsCompressed(plugin.head.substr(0, before + head));
+            plugin.head.clear();
+        } else {
+            head = length;
+        }
+    }
+    if (plugin.quiet) {
+        return;
+    }
+    if (head > 0) {
+        LogMasked(RECV_LMLogAreaID, plugin.received, data, head);
+    }
+    if (!plugin.compressed && head < length) {
+        LogMasked(RECV_LMLogAreaID, plugin.received, data + head, length - head);
+    }
+}
+
+int LMSoapLogPlugin::PrepareRecv(struct soap* soap, const char* data, size_t length) {
+    Data* plugin = Find<Data>(soap, kId);
+    if (plugin == nullptr) {
+        return SOAP_OK;
+    }
+    if (plugin->compressed && !plugin->quiet) {
+        LogMasked(RECV_LMLogAreaID, plugin->received, data, length);
+    }
+    return plugin->fpreparerecv != nullptr ? plugin->fpreparerecv(soap, data, length) : SOAP_OK;
 }

@@ -6,10 +6,11 @@
 // length (the chunks are not NUL-terminated). The events of a connection (opened or refused, each
 // send and receive by size, end of stream, close, and the toolkit's error at close) go to the
 // area in TEST_LMLogAreaID, one line each. The ids are read at every call, so the areas can be
-// configured after the plug-in is registered. Over TLS the bytes are the plaintext; with HTTP
-// compression they are the compressed bytes as they travel. Passwords, tokens, pins and proxy
-// credentials in them are logged as "***". The same wrappers hold an exchange to its deadline
-// (BeginExchange).
+// configured after the plug-in is registered. Over TLS the bytes are the plaintext; a compressed
+// answer is logged as its head followed by the inflated body, as the reader sees it. Passwords,
+// tokens, pins and proxy credentials in them are logged as "***". The same wrappers hold an
+// exchange to its deadline (BeginExchange) and tell whether a failed exchange may be repeated on
+// a new connection (KeptConnectionDropped).
 //
 // Register it after any plug-in or code that replaces fsend/frecv itself, so that the logged
 // bytes are the ones on the connection. The plug-in follows the context through soap_copy()
@@ -19,6 +20,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <string>
 
 #include "LMSecretMask.h"
 
@@ -48,14 +50,31 @@ public:
     // context without the plug-in.
     static void BeginExchange(struct soap* soap);
 
+    // True when the exchange begun last on `soap` failed only because the server had closed the
+    // connection kept from an earlier exchange before anything of the answer arrived: no new
+    // connection was opened for it, no byte was received, it ended in an end of stream or a
+    // transport error, and its deadline has not passed. A server closes an idle kept connection
+    // at a moment of its choosing, so the request can be sent again on a new one.
+    static bool KeptConnectionDropped(struct soap* soap);
+
 private:
     struct Data {
         int (*fsend)(struct soap*, const char*, size_t);
         size_t (*frecv)(struct soap*, char*, size_t);
         int (*fopen)(struct soap*, const char*, const char*, int);
         int (*fclose)(struct soap*);
+        int (*fpreparerecv)(struct soap*, const char*, size_t);
         bool quiet;
         std::chrono::steady_clock::time_point begun = std::chrono::steady_clock::time_point();
+        // The exchange begun last: whether it started on a kept connection, opened one of its
+        // own, and how many bytes it received.
+        bool onKeptConnection = false;
+        bool opened = false;
+        size_t receivedBytes = 0;
+        // The answer's head as it arrives (until its end), and whether its body is compressed.
+        std::string head = std::string();
+        bool headEnded = false;
+        bool compressed = false;
         // What is logged of each direction has its secrets hidden (LMSecretMask.h).
         LMSecretMask sent = LMSecretMask();
         LMSecretMask received = LMSecretMask();
@@ -67,6 +86,11 @@ private:
     static size_t Recv(struct soap* soap, char* buffer, size_t length);
     static int Open(struct soap* soap, const char* endpoint, const char* host, int port);
     static int Close(struct soap* soap);
+    static int PrepareRecv(struct soap* soap, const char* data, size_t length);
+    // Follows the answer's head to learn whether its body is compressed, and logs what came in:
+    // the head as it is, a plain body as it is, a compressed one not at all (PrepareRecv logs it
+    // inflated).
+    static void LogReceived(struct soap* soap, Data& plugin, const char* data, size_t length);
 };
 
 #endif  // LM_SOAP_LOG_PLUGIN_H
