@@ -1,5 +1,5 @@
-// Cost of cache reads and writes on a file database (opened per operation) and on a memory
-// database (kept open).
+// Cost of cache reads and writes on a file database (write-ahead log, shared with other
+// processes) and on a memory database.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 

@@ -675,8 +675,8 @@ int32_t RemoveMatching(const LMString& folder, const char* pattern) {
 
 // LMWSLib.clearLocalCache(folder): deletes the cache databases in `folder` (the CachePath given
 // to init) and, when there was one, the box art kept beside them; the number of files removed.
-// Clients already set up keep the database they have open until they are torn down; the
-// clients set up afterwards start with an empty cache. -3 without a folder.
+// Clients already set up notice at their next cache operation and go on with a new, empty
+// database, as do the clients set up afterwards. -3 without a folder.
 void LMWSLibAE::clearLocalCache(ASContext& context, ASObject&, Args& args, ASResult& result) {
     LM_LogScope scope(kClassName, "clearLocalCache", Area());
     AEString path;

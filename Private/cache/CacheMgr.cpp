@@ -1,6 +1,7 @@
 #include "CacheMgr.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <sqlite3.h>
@@ -25,10 +26,21 @@ const char* const kCreateTables[] = {
     "CREATE TABLE IF NOT EXISTS Cache (ID INTEGER, LastLoadTime TEXT NOT NULL, PRIMARY KEY (ID));",
     "CREATE TABLE IF NOT EXISTS Userdata (Name TEXT NOT NULL, Key TEXT NOT NULL, Value TEXT NOT "
     "NULL, Size INTEGER, PRIMARY KEY (Name, Key));",
+    // The budget check before each stored answer sums the sizes. From the rows that would read
+    // every answer whole (Size comes after Value); the index holds just the sizes.
+    "CREATE INDEX IF NOT EXISTS ServiceSize ON Service (Size);",
 };
 
 using LMCacheNames::kWishlistFlag;
 const int kBusyTimeoutMs = 10000;
+// Up to 512 KiB of pages per file connection.
+const char* const kPageCache = "PRAGMA cache_size=-512";
+
+// The inode number of `path`, 0 when there is no such file.
+uint64_t FileId(const LMString& path) {
+    struct stat info;
+    return ::stat(path.c_str(), &info) == 0 ? static_cast<uint64_t>(info.st_ino) : 0;
+}
 
 void BindText(sqlite3_stmt* stmt, int index, const LMString& text) {
     sqlite3_bind_text(stmt, index, text.c_str(), static_cast<int>(text.length()), SQLITE_TRANSIENT);
@@ -52,6 +64,8 @@ CacheMgr::CacheMgr()
     : m_CacheType(LM_WS_CacheParam::None),
       m_CacheData(0),
       m_CacheLimit(0),
+      m_WalId(0),
+      m_ShmId(0),
       m_Initialised(false),
       m_DB(nullptr),
       m_Stmt(nullptr),
@@ -69,6 +83,8 @@ int CacheMgr::Init(const LM_WS_CacheParam& param) {
     m_CacheData = param.CacheData;
     m_CacheLimit = param.CacheLimit;
     m_CachePath = param.CachePath;
+    m_WalPath = m_CachePath + "-wal";
+    m_ShmPath = m_CachePath + "-shm";
 
     // Service and user data get 15% each, box art 70%; what kinds that are off would have had
     // (and rounding losses) goes to box art, else user data, else service.
@@ -100,25 +116,9 @@ int CacheMgr::Init(const LM_WS_CacheParam& param) {
     if (m_CacheType != LM_WS_CacheParam::Memory && m_CacheType != LM_WS_CacheParam::File) {
         return SQLITE_MISUSE;
     }
-    int rc = SQLITE_OK;
-    if (!Open()) {
-        rc = m_DB != nullptr ? sqlite3_errcode(m_DB) : SQLITE_CANTOPEN;
-        if (rc == SQLITE_OK) {
-            rc = SQLITE_CANTOPEN;
-        }
-        return rc;
-    }
-    for (const char* sql : kCreateTables) {
-        rc = sqlite3_exec(m_DB, sql, nullptr, nullptr, nullptr);
-        if (rc != SQLITE_OK) {
-            break;
-        }
-    }
-    if (rc != SQLITE_OK && m_CacheType == LM_WS_CacheParam::Memory) {
-        sqlite3_close(m_DB);
-        m_DB = nullptr;
-    }
-    Close();
+    const int rc = Connect();
+    // A file that is no database is reported to the caller here, not rebuilt.
+    m_Damaged = false;
     m_Initialised = rc == SQLITE_OK;
     return rc;
 }
@@ -126,44 +126,101 @@ int CacheMgr::Init(const LM_WS_CacheParam& param) {
 int CacheMgr::Uninit() {
     m_Initialised = false;
     m_ServiceLimit = m_BoxArtLimit = m_UserdataLimit = 0;
-    Finalize();
-    if (m_DB != nullptr) {
-        sqlite3_close(m_DB);
-        m_DB = nullptr;
-    }
+    // The last connection to close copies the log into the database and deletes it, unless the
+    // files at the path are no longer ours.
+    Disconnect(m_DB != nullptr && (m_CacheType != LM_WS_CacheParam::File || !Replaced()));
     return 1;
 }
 
 bool CacheMgr::Open() {
     if (m_DB != nullptr) {
-        return true;  // the memory database stays open
+        if (m_CacheType != LM_WS_CacheParam::File || !Replaced()) {
+            return true;
+        }
+        Disconnect(false);
     }
-    const char* name = m_CacheType == LM_WS_CacheParam::Memory ? ":memory:" : m_CachePath.c_str();
+    if (Connect() != SQLITE_OK && m_Damaged) {
+        Rebuild();
+    }
+    return m_DB != nullptr;
+}
+
+int CacheMgr::Connect() {
+    const bool file = m_CacheType == LM_WS_CacheParam::File;
+    const char* name = file ? m_CachePath.c_str() : ":memory:";
     int flags = SQLITE_OPEN_READWRITE;
-    if (m_CacheType == LM_WS_CacheParam::File) {
+    if (file) {
         flags |= SQLITE_OPEN_CREATE;
         // The cache holds the user's data: a new database is readable by its owner only, and
-        // SQLite gives its journal the database file's permissions.
+        // SQLite gives its log and index the database file's permissions.
         int fd = ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         if (fd >= 0) {
             ::close(fd);
         }
     }
-    if (sqlite3_open_v2(name, &m_DB, flags, nullptr) != SQLITE_OK) {
+    int rc = sqlite3_open_v2(name, &m_DB, flags, nullptr);
+    if (rc == SQLITE_OK) {
+        sqlite3_busy_timeout(m_DB, kBusyTimeoutMs);
+    }
+    if (rc == SQLITE_OK && file) {
+        // The connection lives as long as the manager, so its page cache is kept small; pages
+        // another process changed are read again anyway.
+        sqlite3_exec(m_DB, kPageCache, nullptr, nullptr, nullptr);
+        // The log mode belongs to the file: asking for it converts a database made in
+        // rollback-journal mode and confirms it later. Skipping the sync at each commit is
+        // safe only with the log, so a database that stays in another mode (the change needs
+        // the file to itself) keeps syncing.
+        LMString mode;
+        ExecuteSQL("PRAGMA journal_mode=WAL", mode);
+        if (mode == "wal") {
+            sqlite3_exec(m_DB, "PRAGMA synchronous=NORMAL", nullptr, nullptr, nullptr);
+        }
+    }
+    for (const char* sql : kCreateTables) {
+        if (rc != SQLITE_OK) {
+            break;
+        }
+        rc = Note(sqlite3_exec(m_DB, sql, nullptr, nullptr, nullptr));
+    }
+    if (rc != SQLITE_OK) {
         sqlite3_close(m_DB);
         m_DB = nullptr;
-        return false;
+        return rc;
     }
-    sqlite3_busy_timeout(m_DB, kBusyTimeoutMs);
-    return true;
+    if (file) {
+        // The log and the index exist now (in log mode): note which files they are.
+        m_WalId = FileId(m_WalPath);
+        m_ShmId = FileId(m_ShmPath);
+    }
+    return SQLITE_OK;
 }
 
-void CacheMgr::Close() {
+void CacheMgr::Disconnect(bool checkpoint) {
     Finalize();
-    if (m_CacheType == LM_WS_CacheParam::File && m_DB != nullptr) {
-        sqlite3_close(m_DB);
-        m_DB = nullptr;
+    if (m_DB == nullptr) {
+        return;
     }
+    if (!checkpoint) {
+        sqlite3_db_config(m_DB, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    }
+    sqlite3_close(m_DB);
+    m_DB = nullptr;
+    m_WalId = m_ShmId = 0;
+}
+
+// While any connection has a database open in log mode, SQLite deletes neither the log nor the
+// index, so these files change only when someone outside SQLite deletes or replaces them.
+bool CacheMgr::Replaced() {
+    int moved = 0;
+    if (sqlite3_file_control(m_DB, "main", SQLITE_FCNTL_HAS_MOVED, &moved) != SQLITE_OK ||
+        moved != 0) {
+        return true;
+    }
+    return FileId(m_WalPath) != m_WalId || FileId(m_ShmPath) != m_ShmId;
+}
+
+void CacheMgr::End() {
+    Finalize();
     if (m_Damaged) {
         Rebuild();
     }
@@ -181,27 +238,23 @@ int CacheMgr::Note(int rc) {
     return rc;
 }
 
-// A damaged file is only a cache: it is deleted with its journal and made anew, once, at the
-// end of the operation that found it, which went on as a miss. Without this every later run
-// would fail the same way and cache nothing for good.
+// A damaged file is only a cache: it is deleted with its log and made anew, once, at the end of
+// the operation that found it, which went on as a miss. Without this every later operation would
+// fail the same way and cache nothing for good. The log and the index go first: a manager
+// elsewhere that notices and reconnects while this runs finds the damaged database still there
+// and makes its log and index for that one; the database going last sends it to the new one at
+// its next operation.
 void CacheMgr::Rebuild() {
     m_Damaged = false;
     if (m_CacheType != LM_WS_CacheParam::File) {
         return;
     }
-    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
+    Disconnect(false);
+    for (const char* suffix : {"-journal", "-wal", "-shm", ""}) {
         LMFile::Remove((m_CachePath + suffix).c_str());
     }
-    if (!Open()) {
-        return;
-    }
-    for (const char* sql : kCreateTables) {
-        if (sqlite3_exec(m_DB, sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
-            break;
-        }
-    }
-    sqlite3_close(m_DB);
-    m_DB = nullptr;
+    Connect();
+    m_Damaged = false;
 }
 
 bool CacheMgr::Begin(const LMString& name, uint32_t bit) {
@@ -343,7 +396,7 @@ int CacheMgr::GetValue(const char* sql, enum LM_WS_CacheParam::CacheData kind, c
             ok = 1;
         }
     }
-    Close();
+    End();
     return ok;
 }
 
@@ -361,7 +414,7 @@ int CacheMgr::SetValue(const char* sql, enum LM_WS_CacheParam::CacheData kind, c
         sqlite3_bind_int64(m_Stmt, 4, value.length());
         ok = StepOnce() ? 1 : 0;
     }
-    Close();
+    End();
     return ok;
 }
 
@@ -381,7 +434,7 @@ int CacheMgr::SetLastLoadTime(const LMString& time) {
             ok = Exec("DELETE FROM Service") ? 1 : 0;
         }
     }
-    Close();
+    End();
     return ok;
 }
 
@@ -403,7 +456,7 @@ int CacheMgr::SetBoxArt(const LMString& prefix, int dim, unsigned size,
                           SQLITE_TRANSIENT);
         ok = StepOnce() ? 1 : 0;
     }
-    Close();
+    End();
     return ok;
 }
 
@@ -433,7 +486,7 @@ int CacheMgr::GetBoxArt(const LMString& prefix, int dim, unsigned& size, LMStrin
             ok = 1;
         }
     }
-    Close();
+    End();
     return ok;
 }
 
@@ -442,7 +495,7 @@ int CacheMgr::InvalidateBoxArt() {
         return 0;
     }
     int ok = Exec("UPDATE BoxArt SET NeedUpdate = 1") ? 1 : 0;
-    Close();
+    End();
     return ok;
 }
 
@@ -475,7 +528,7 @@ int CacheMgr::ClearUserData(const LMString& name) {
             Exec(sql.c_str());
         }
     }
-    Close();
+    End();
     return ok;
 }
 
@@ -510,7 +563,7 @@ int CacheMgr::SetWishlistFlags(const std::vector<int>& titleIds, const std::vect
             sqlite3_reset(m_Stmt);
         }
     }
-    Close();
+    End();
     return ok;
 }
 
@@ -523,7 +576,7 @@ int CacheMgr::RemoveWishlistFlag(int titleId) {
         BindText(m_Stmt, 1, TitleKey(titleId));
         ok = StepOnce() ? 1 : 0;
     }
-    Close();
+    End();
     return ok;
 }
 

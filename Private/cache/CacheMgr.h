@@ -5,9 +5,16 @@
 // per-user values such as wishlist flags). Each kind has its share of the size budget; an insert
 // that finds its kind over its share first evicts. All SQL is fixed text with bound values.
 //
-// A file database is opened at the start of every operation and closed at its end, so several
-// processes can share it (with a 10000 ms busy timeout); a memory database stays open while the
-// manager is initialised. Callers serialise access: the manager takes no locks.
+// The database stays open while the manager is initialised. A file database is in write-ahead-log
+// mode with synchronous=NORMAL: a write appends to the log without waiting for the disk, readers
+// and the writer do not block each other, and a process killed at any point leaves a database
+// that opens with every completed write in it (a power cut may lose the last writes, never the
+// database). Several processes (and several managers of one process) share the file, waiting up
+// to 10000 ms for each other's writes. Each operation first checks that the files it has open
+// are still the ones at the path: when another manager has rebuilt the file or someone has
+// deleted it, the operation reopens the path (making a new, empty database if there is none)
+// instead of going on with files nobody else sees.
+// Callers serialise access: the manager takes no locks.
 #ifndef LM_CACHE_MGR_H
 #define LM_CACHE_MGR_H
 
@@ -53,14 +60,25 @@ public:
     unsigned UserdataLimit() const { return m_UserdataLimit; }
     bool IsInitialised() const { return m_Initialised; }
 
-    // Run `sql` on the open database: the first column of the first row as text (empty when
-    // there is none) or as an integer (0). 0 when the statement completes, else the SQLite code.
+    // Run `sql` on the open database (initialised, or within an operation): the first column of the
+    // first row as text (empty when there is none) or as an integer (0). 0 when the statement
+    // completes, else the SQLite code.
     int ExecuteSQL(const LMString& sql, LMString& result);
     int ExecuteSQL(const LMString& sql, unsigned int& result);
 
 private:
+    // True with an open database that is still the one at the path, reconnecting when needed.
     bool Open();
-    void Close();
+    // Opens the database, sets it up and creates the tables; 0 or the SQLite code.
+    int Connect();
+    // Closes the connection. Without `checkpoint` the log is neither copied into the database nor
+    // deleted: the files at the path may belong to another database by now.
+    void Disconnect(bool checkpoint);
+    // True when the database file, its log or its shared-memory index at the path is no longer
+    // the one the connection has open (deleted, or made anew by another manager).
+    bool Replaced();
+    // Ends an operation: frees its statement and rebuilds a file found damaged.
+    void End();
     // The checks every data operation starts with; opens the database when they pass.
     bool Begin(const LMString& name, uint32_t bit);
     // The (Name, Key) -> Value read and write that Service and Userdata share.
@@ -87,6 +105,10 @@ private:
     uint32_t m_CacheData;
     uint32_t m_CacheLimit;
     LMString m_CachePath;
+    LMString m_WalPath;  // the database's write-ahead log
+    LMString m_ShmPath;  // and its shared-memory index
+    uint64_t m_WalId;    // their inode numbers when connected (0: none)
+    uint64_t m_ShmId;
     bool m_Initialised;
     sqlite3* m_DB;
     sqlite3_stmt* m_Stmt;

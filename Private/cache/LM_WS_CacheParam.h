@@ -10,7 +10,7 @@ struct LM_WS_CacheParam {
     enum CacheType : uint32_t {
         None = 0,    // no cache at all
         Memory = 1,  // an SQLite database in memory, kept open while the cache is initialised
-        File = 2,    // the SQLite database file CachePath, opened per operation
+        File = 2,    // the SQLite database file CachePath, shared with other processes
     };
     enum CacheData : uint32_t {
         Service = 1,   // serialized service responses

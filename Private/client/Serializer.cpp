@@ -1,5 +1,8 @@
 #include "Serializer.h"
 
+#include <zlib.h>
+
+#include <cstdlib>
 #include <cstring>
 
 #include "LMAssert.h"
@@ -20,6 +23,75 @@ Serializer* FromContext(struct soap* soap) {
     LM_ASSERT(pSerializer != 0);
     return pSerializer;
 }
+
+// zlib's working memory: a compressing stream takes about 270 KB in five blocks, a decompressing
+// one about 40 KB in two, for each message. Taken from malloc every time, much of it went back to
+// the kernel at the end of the message and came back as fresh pages at the next, a sixth of the
+// time it takes to write a page of titles. So each thread keeps the blocks of its last messages
+// (up to kKept: those of one stream of each kind) for its next ones.
+const int kKept = 8;
+
+// Trivially destructible, so it stays usable until the thread's storage goes; ZlibRelease empties
+// it when the thread ends.
+struct ZlibKept {
+    void* blocks[kKept];
+    size_t sizes[kKept];
+    int count;
+    bool closed;
+};
+thread_local ZlibKept t_Kept;
+
+struct ZlibRelease {
+    ~ZlibRelease() {
+        for (int i = 0; i < t_Kept.count; ++i) {
+            free(t_Kept.blocks[i]);
+        }
+        t_Kept.count = 0;
+        t_Kept.closed = true;
+    }
+};
+thread_local ZlibRelease t_Release;
+
+// Each block starts with its size, so that a freed block can be matched to a later request.
+struct alignas(16) BlockHead {
+    size_t size;
+};
+
+voidpf ZlibAlloc(voidpf, uInt items, uInt size) {
+    const size_t bytes = static_cast<size_t>(items) * size;
+    for (int i = 0; i < t_Kept.count; ++i) {
+        if (t_Kept.sizes[i] == bytes) {
+            void* block = t_Kept.blocks[i];
+            --t_Kept.count;
+            t_Kept.blocks[i] = t_Kept.blocks[t_Kept.count];
+            t_Kept.sizes[i] = t_Kept.sizes[t_Kept.count];
+            return static_cast<BlockHead*>(block) + 1;
+        }
+    }
+    auto* head = static_cast<BlockHead*>(malloc(sizeof(BlockHead) + bytes));
+    if (head == nullptr) {
+        return Z_NULL;
+    }
+    head->size = bytes;
+    return head + 1;
+}
+
+void ZlibFree(voidpf, voidpf address) {
+    BlockHead* head = static_cast<BlockHead*>(address) - 1;
+    if (t_Kept.closed || t_Kept.count == kKept) {
+        free(head);
+        return;
+    }
+    (void)&t_Release;  // makes sure the thread releases what it keeps
+    t_Kept.blocks[t_Kept.count] = head;
+    t_Kept.sizes[t_Kept.count] = head->size;
+    ++t_Kept.count;
+}
+
+// Cached answers are compressed at level 3 of 9, zlib's fast method: writing a page of 50 titles
+// (166 KB of XML) takes 0.55 ms against 1.05 ms at the default level 6, for 27% more bytes
+// (8.3 KB against 6.5 KB). Every cache miss pays for it, on top of the service's answer.
+const int kCompressionLevel = 3;
 
 }  // namespace
 
@@ -46,6 +118,14 @@ Serializer::Serializer(bool compress, bool indent)
     // allocate without bound.
     maxlevel = 64;
     maxlength = 1 << 20;
+    z_level = kCompressionLevel;
+    // The toolkit uses a stream it finds in place, allocators included, and frees it with the
+    // context (with free(), as it would its own). Without one it makes its own.
+    d_stream = static_cast<z_stream*>(calloc(1, sizeof(z_stream)));
+    if (d_stream != nullptr) {
+        d_stream->zalloc = ZlibAlloc;
+        d_stream->zfree = ZlibFree;
+    }
 }
 
 // The base destructor finishes the context with soap_done.

@@ -1,6 +1,7 @@
 #include "CacheMgr.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -44,6 +45,13 @@ int Count(const std::string& path, const std::string& sql) {
     sqlite3_finalize(stmt);
     sqlite3_close(db);
     return n;
+}
+
+// Text of the first column of the first row through the manager's own connection.
+std::string Text(CacheMgr& cache, const char* sql) {
+    LMString result;
+    EXPECT_EQ(cache.ExecuteSQL(sql, result), 0) << sql;
+    return result.c_str();
 }
 
 TEST(CacheBudget, SharesFollowTheEnabledKinds) {
@@ -130,6 +138,9 @@ TEST_F(CacheFile, ADamagedFileIsAMissAndIsMadeAnew) {
         ASSERT_EQ(cache.SetServiceData("getTitles", std::to_string(i).c_str(), big.c_str()), 1);
     }
     for (long from : {4096L, 0L}) {
+        // Another process moves the log into the file and empties it; the manager then reads
+        // the file itself again, not pages it keeps.
+        Sql(path, "PRAGMA wal_checkpoint(TRUNCATE)");
         FILE* file = std::fopen(path.c_str(), "r+b");
         ASSERT_NE(file, nullptr);
         std::fseek(file, 0, SEEK_END);
@@ -341,7 +352,10 @@ TEST(CacheSharing, ASecondProcessHoldingTheLockIsWaitedFor) {
     TempDir dir;
     const std::string path = dir / "cache.db";
     CacheMgr cache;
+    // SQLite connections must not cross a fork: the database is made, closed, and opened again
+    // by the parent once the child has it.
     ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 0, path)), 0);
+    cache.Uninit();
     int ready[2];
     ASSERT_EQ(pipe(ready), 0);
     pid_t child = fork();
@@ -362,6 +376,7 @@ TEST(CacheSharing, ASecondProcessHoldingTheLockIsWaitedFor) {
     }
     char go = 0;
     ASSERT_EQ(read(ready[0], &go, 1), 1);
+    ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 0, path)), 0);
     // Locked by the child: without the busy timeout this would fail with SQLITE_BUSY at once.
     EXPECT_EQ(cache.SetServiceData("getTitles", "k", "v"), 1);
     int status = 0;
@@ -372,11 +387,205 @@ TEST(CacheSharing, ASecondProcessHoldingTheLockIsWaitedFor) {
     close(ready[1]);
 }
 
+// Two managers of one file, as two processes or two clients of one process have: each sees what
+// the other wrote, replaced and dropped, at once.
+TEST(CacheSharing, ManagersOfOneFileSeeEachOthersWrites) {
+    TempDir dir;
+    const std::string path = dir / "cache.db";
+    CacheMgr a, b;
+    ASSERT_EQ(a.Init(Param(LM_WS_CacheParam::File, kAll, 0, path)), 0);
+    ASSERT_EQ(b.Init(Param(LM_WS_CacheParam::File, kAll, 0, path)), 0);
+    LMString value;
+    EXPECT_EQ(b.GetServiceData("getTitles", "k", value), 0);
+    ASSERT_EQ(a.SetServiceData("getTitles", "k", "from a"), 1);
+    ASSERT_EQ(b.GetServiceData("getTitles", "k", value), 1);
+    EXPECT_STREQ(value.c_str(), "from a");
+    ASSERT_EQ(b.SetServiceData("getTitles", "k", "from b"), 1);
+    ASSERT_EQ(a.GetServiceData("getTitles", "k", value), 1);
+    EXPECT_STREQ(value.c_str(), "from b");
+
+    bool flag = false;
+    ASSERT_EQ(b.SetWishlistFlag(7, true), 1);
+    ASSERT_EQ(a.GetWishlistFlag(7, flag), 1);
+    EXPECT_TRUE(flag);
+    ASSERT_EQ(a.ClearWishlistFlags(), 1);
+    EXPECT_EQ(b.GetWishlistFlag(7, flag), 0);
+    ASSERT_EQ(a.SetLastLoadTime("11/24/2026 10:00:00"), 1);
+    EXPECT_EQ(b.GetServiceData("getTitles", "k", value), 0);
+}
+
+// The files at the path are deleted (as clearing the cache folder does) or made anew by another
+// manager that found them damaged: a manager that still has the old ones open goes over to what
+// is at the path at its next operation, and closing it leaves the new files alone.
+TEST(CacheSharing, ManagersFollowTheFileWhenItIsDeletedOrMadeAnew) {
+    TempDir dir;
+    const std::string path = dir / "cache.db";
+    CacheMgr a, b, idle;
+    for (CacheMgr* cache : {&a, &b, &idle}) {
+        ASSERT_EQ(cache->Init(Param(LM_WS_CacheParam::File, kAll, 0, path)), 0);
+    }
+    LMString value;
+    ASSERT_EQ(a.SetServiceData("getTitles", "old", "v"), 1);
+    for (const char* suffix : {"", "-wal", "-shm"}) {
+        ASSERT_EQ(std::remove((path + suffix).c_str()), 0) << suffix;
+    }
+    ASSERT_EQ(a.SetServiceData("getTitles", "new", "after deletion"), 1);
+    ASSERT_EQ(b.GetServiceData("getTitles", "new", value), 1);
+    EXPECT_STREQ(value.c_str(), "after deletion");
+    EXPECT_EQ(b.GetServiceData("getTitles", "old", value), 0);
+    // Closing the last manager of the deleted files leaves the new ones alone.
+    idle.Uninit();
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service WHERE Key = 'new'"), 1);
+    // Only the log and the index go (as when the new files were made before a deleting was
+    // done). What the log held is lost; each manager notices at its next operation, and once
+    // they have, they and any other connection share new ones again. Managers of one process
+    // share SQLite's hold on a file, so the first of them to notice may miss until the other has.
+    for (const char* suffix : {"-wal", "-shm"}) {
+        ASSERT_EQ(std::remove((path + suffix).c_str()), 0) << suffix;
+    }
+    a.GetServiceData("getTitles", "new", value);
+    b.GetServiceData("getTitles", "new", value);
+    ASSERT_EQ(a.SetServiceData("getTitles", "later", "v"), 1);
+    ASSERT_EQ(b.GetServiceData("getTitles", "later", value), 1);
+    EXPECT_EQ(Count(path, "SELECT COUNT(*) FROM Service WHERE Key = 'later'"), 1);
+
+    const std::string big(3000, 'v');
+    for (int i = 0; i < 20; ++i) {
+        ASSERT_EQ(b.SetServiceData("getTitles", std::to_string(i).c_str(), big.c_str()), 1);
+    }
+    Sql(path, "PRAGMA wal_checkpoint(TRUNCATE)");
+    FILE* file = std::fopen(path.c_str(), "r+b");
+    ASSERT_NE(file, nullptr);
+    std::fseek(file, 4096, SEEK_SET);
+    for (int at = 0; at < 8 * 4096; ++at) {
+        std::fputc(at & 0xFF, file);
+    }
+    std::fclose(file);
+    EXPECT_EQ(a.GetServiceData("getTitles", "19", value), 0);  // damaged: a makes it anew
+    ASSERT_EQ(a.SetServiceData("getTitles", "k", "rebuilt"), 1);
+    ASSERT_EQ(b.GetServiceData("getTitles", "k", value), 1);
+    EXPECT_STREQ(value.c_str(), "rebuilt");
+    ASSERT_EQ(b.SetServiceData("getTitles", "k2", "from b"), 1);
+    ASSERT_EQ(a.GetServiceData("getTitles", "k2", value), 1);
+}
+
+// A manager in another process whose log and index were deleted from under it, closing after
+// the database was written through new ones: copying its own log into the file would put back
+// pages older than those writes, and deleting the log at the path would drop them.
+TEST(CacheSharing, AManagerWhoseLogWasDeletedClosesWithoutCopyingIt) {
+    TempDir dir;
+    const std::string path = dir / "cache.db";
+    int ready[2], go[2];
+    ASSERT_EQ(pipe(ready), 0);
+    ASSERT_EQ(pipe(go), 0);
+    pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        CacheMgr cache;
+        char byte = 1;
+        if (cache.Init(Param(LM_WS_CacheParam::File, kAll, 0, path)) != 0 ||
+            cache.SetServiceData("getTitles", "child", "c") != 1 ||
+            write(ready[1], &byte, 1) != 1 || read(go[0], &byte, 1) != 1) {
+            _exit(2);
+        }
+        cache.Uninit();
+        _exit(0);
+    }
+    char byte = 0;
+    ASSERT_EQ(read(ready[0], &byte, 1), 1);
+    for (const char* suffix : {"-wal", "-shm"}) {
+        EXPECT_EQ(std::remove((path + suffix).c_str()), 0) << suffix;
+    }
+    {
+        CacheMgr cache;
+        ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 0, path)), 0);
+        ASSERT_EQ(cache.SetServiceData("getTitles", "parent", "p"), 1);
+    }
+    EXPECT_EQ(write(go[1], &byte, 1), 1);
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    for (int fd : {ready[0], ready[1], go[0], go[1]}) {
+        close(fd);
+    }
+    CacheMgr cache;
+    ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 0, path)), 0);
+    EXPECT_EQ(Text(cache, "PRAGMA integrity_check"), "ok");
+    LMString value;
+    EXPECT_EQ(cache.GetServiceData("getTitles", "parent", value), 1);
+}
+
+std::string Numbered(int i) {
+    return std::to_string(i) + std::string(7000, static_cast<char>('a' + i % 26));
+}
+
+// A writer killed anywhere in its writes (within a transaction, while copying the log into the
+// file) leaves a database that the next manager opens, answers every finished write from, and
+// writes to. The rounds kill the writer later and later: after a few writes, and after enough of
+// them that the log has been copied into the file on the way (at 1000 pages).
+TEST(CacheCrash, AWriterKilledMidWriteLeavesADatabaseThatOpensAndAnswers) {
+    TempDir dir;
+    const std::string path = dir / "cache.db";
+    int first = 0;
+    for (int acknowledged : {3, 80, 600}) {
+        SCOPED_TRACE(acknowledged);
+        int acks[2];
+        ASSERT_EQ(pipe(acks), 0);
+        // No connection of the parent is open across the fork.
+        pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            close(acks[0]);
+            CacheMgr writer;
+            if (writer.Init(Param(LM_WS_CacheParam::File, kAll, 0, path)) != 0) {
+                _exit(2);
+            }
+            for (int i = first; i < first + 100000; ++i) {
+                if (writer.SetServiceData("getTitles", std::to_string(i).c_str(),
+                                          Numbered(i).c_str()) != 1 ||
+                    write(acks[1], &i, sizeof(i)) != sizeof(i)) {
+                    _exit(3);
+                }
+            }
+            _exit(0);
+        }
+        close(acks[1]);
+        int last = -1;
+        for (int n = 0; n < acknowledged && read(acks[0], &last, sizeof(last)) == sizeof(last);
+             ++n) {
+        }
+        kill(child, SIGKILL);
+        int status = 0;
+        waitpid(child, &status, 0);
+        close(acks[0]);
+        ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << status;
+        ASSERT_EQ(last, first + acknowledged - 1);
+
+        CacheMgr cache;
+        ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 0, path)), 0);
+        EXPECT_EQ(Text(cache, "PRAGMA integrity_check"), "ok");
+        LMString value;
+        for (int key : {0, first, last}) {
+            ASSERT_EQ(cache.GetServiceData("getTitles", std::to_string(key).c_str(), value), 1)
+                << key;
+            EXPECT_EQ(std::string(value.c_str()), Numbered(key)) << key;
+        }
+        ASSERT_EQ(cache.SetServiceData("getTitles", "after", "written"), 1);
+        ASSERT_EQ(cache.GetServiceData("getTitles", "after", value), 1);
+        EXPECT_STREQ(value.c_str(), "written");
+        first = last + 1;
+    }
+}
+
 TEST(CacheDeathTest, ExecuteSqlWithoutAnOpenDatabaseAborts) {
     TempDir dir;
     CacheMgr cache;
-    ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 0, dir / "c.db")), 0);
     unsigned n = 0;
+    EXPECT_DEATH(cache.ExecuteSQL("SELECT 1", n), "m_DB != 0");
+    ASSERT_EQ(cache.Init(Param(LM_WS_CacheParam::File, kAll, 0, dir / "c.db")), 0);
+    EXPECT_EQ(cache.ExecuteSQL("SELECT 1", n), 0);
+    EXPECT_EQ(n, 1u);
+    cache.Uninit();
     EXPECT_DEATH(cache.ExecuteSQL("SELECT 1", n), "m_DB != 0");
 }
 
