@@ -86,60 +86,60 @@ int VerifyAgainstSubjectAltNames(int ok, X509_STORE_CTX* store) {
 }
 
 // The certificates a TLS client trusts: the toolkit's built-in public roots and, when the
-// deployment names one, every certificate of an extra PEM file. Built once per process (per extra
-// file) and shared by every client context: loading the 140 roots is most of a set-up's cost.
-class TrustStore {
+// deployment names one, every certificate of an extra PEM file. They are parsed once per process
+// (per extra file), which is most of what a set-up costs, and every client context gets a store of
+// its own holding those same certificates. The store itself is not shared: a store caches its
+// lookups, and OpenSSL 3.0 releases have had races when handshakes on several threads use one.
+class TrustedCertificates {
 public:
-    // The store for `caFile` ("" for the roots alone), null when the file holds no certificate.
-    // The caller gets a reference of its own (X509_STORE_free it).
-    static X509_STORE* Get(const LMString& caFile) {
+    // The certificates for `caFile` ("" for the roots alone), null when the file holds none.
+    // The process keeps them to its end.
+    static const STACK_OF(X509) * Get(const LMString& caFile) {
         static std::mutex lock;
-        static std::map<std::string, X509_STORE*>* stores = new std::map<std::string, X509_STORE*>;
+        static auto* parsed = new std::map<std::string, STACK_OF(X509)*>;
         std::lock_guard<std::mutex> hold(lock);
-        auto found = stores->find(caFile.c_str());
-        X509_STORE* store = found != stores->end() ? found->second : nullptr;
-        if (store == nullptr) {
-            store = Build(caFile);
-            if (store == nullptr) {
-                return nullptr;  // not remembered: a file put right later is read then
-            }
-            (*stores)[caFile.c_str()] = store;  // the process keeps it to its end
+        auto found = parsed->find(caFile.c_str());
+        if (found != parsed->end()) {
+            return found->second;
         }
-        X509_STORE_up_ref(store);
-        return store;
+        STACK_OF(X509)* certs = Parse(caFile);
+        if (certs != nullptr) {
+            (*parsed)[caFile.c_str()] = certs;
+        }
+        return certs;  // null is not remembered: a file put right later is read then
     }
 
 private:
-    static X509_STORE* Build(const LMString& caFile) {
-        // The toolkit's roots come with a context; the store outlives it.
+    static STACK_OF(X509) * Parse(const LMString& caFile) {
+        // The toolkit's roots come with a context; the certificates outlive it.
         struct soap* scratch = soap_new();
-        X509_STORE* store = nullptr;
+        STACK_OF(X509)* certs = nullptr;
         if (scratch != nullptr && soap_ssl_client_cacerts(scratch) == SOAP_OK &&
             scratch->ctx != nullptr) {
-            store = SSL_CTX_get_cert_store(scratch->ctx);
-            X509_STORE_up_ref(store);
+            certs = X509_STORE_get1_all_certs(SSL_CTX_get_cert_store(scratch->ctx));
         }
         if (scratch != nullptr) {
             soap_free(scratch);
         }
-        if (store != nullptr && !caFile.empty() && !AddFile(store, caFile)) {
-            X509_STORE_free(store);
-            store = nullptr;
+        if (certs != nullptr && !caFile.empty() && !AddFile(certs, caFile)) {
+            sk_X509_pop_free(certs, X509_free);
+            certs = nullptr;
         }
-        return store;
+        return certs;
     }
 
-    static bool AddFile(X509_STORE* store, const LMString& caFile) {
+    static bool AddFile(STACK_OF(X509) * certs, const LMString& caFile) {
         BIO* bio = BIO_new_file(caFile.c_str(), "r");
         if (bio == nullptr) {
             return false;
         }
         int added = 0;
         while (X509* cert = PEM_read_bio_X509(bio, nullptr, nullptr, nullptr)) {
-            if (X509_STORE_add_cert(store, cert) == 1) {
+            if (sk_X509_push(certs, cert) > 0) {
                 ++added;
+            } else {
+                X509_free(cert);
             }
-            X509_free(cert);
         }
         ERR_clear_error();  // the end of the file reads as an error
         BIO_free(bio);
@@ -147,21 +147,23 @@ private:
     }
 };
 
-// A TLS client context on the process's shared trust store. Peer verification stays on, host
-// names are matched against subjectAltNames only.
+// A TLS client context that trusts the process's parsed certificates and nothing else (not
+// even the system's folder). Peer verification stays on, host names are matched against
+// subjectAltNames only.
 bool TrustRoots(struct soap* soap, const LMString& caFile) {
-    X509_STORE* store = TrustStore::Get(caFile);
-    if (store == nullptr) {
-        return false;
-    }
-    // No file or folder of its own, not even the system's: the shared store is all it trusts.
-    if (soap_ssl_client_context(soap, SOAP_SSL_DEFAULT | SOAP_SSL_NO_DEFAULT_CA_PATH, nullptr,
+    const STACK_OF(X509)* certs = TrustedCertificates::Get(caFile);
+    if (certs == nullptr ||
+        soap_ssl_client_context(soap, SOAP_SSL_DEFAULT | SOAP_SSL_NO_DEFAULT_CA_PATH, nullptr,
                                 nullptr, nullptr, nullptr, nullptr) != SOAP_OK ||
         soap->ctx == nullptr) {
-        X509_STORE_free(store);
         return false;
     }
-    SSL_CTX_set_cert_store(soap->ctx, store);  // takes our reference
+    X509_STORE* store = SSL_CTX_get_cert_store(soap->ctx);
+    for (int i = 0; i < sk_X509_num(certs); ++i) {
+        // Takes a reference: the parsed certificate is shared, not copied.
+        X509_STORE_add_cert(store, sk_X509_value(certs, i));
+    }
+    ERR_clear_error();  // a root listed twice reads as an error
     SSL_CTX_set_verify(soap->ctx, SSL_VERIFY_PEER, VerifyAgainstSubjectAltNames);
     return true;
 }

@@ -1,5 +1,6 @@
 #include "LMThread.h"
 
+#include <openssl/crypto.h>
 #include <pthread.h>
 
 #include <atomic>
@@ -32,6 +33,10 @@ void* Trampoline(void* arg) {
     std::shared_ptr<LMThread::Impl> impl = std::move(static_cast<Start*>(arg)->impl);
     delete static_cast<Start*>(arg);
     impl->m_Function(impl->m_Arg);
+    // The thread's own OpenSSL state (its random generators, made by its first TLS handshake)
+    // goes now, before anyone learns the function has ended: the thread is detached, and a
+    // process that ends right after Wait would otherwise lose it half-released.
+    OPENSSL_thread_stop();
     {
         std::lock_guard<std::mutex> lock(impl->m_Lock);
         impl->m_Running.store(0, std::memory_order_release);

@@ -8,6 +8,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <set>
 #include <string>
 
 #include "LMAPITestSupport.h"
@@ -514,23 +515,35 @@ TEST(LMWSSetupCalls, UntrustedServerCertificateIsATlsFailure) {
     ASSERT_EQ(trusted.Setup(params), LM_WS_OK);
     EXPECT_EQ(LM_WS_getFileType(&trusted.h, &fileType), LM_WS_OK);
 
-    // The roots are loaded once per process: every context of every client with the same extra
-    // file shares one store, and the extra file makes a store of its own.
+    // The roots are parsed once per process: every context of every client holds the very
+    // same certificate objects, each in a store of its own (a store is not shared between
+    // threads), and the extra file adds one certificate to them.
     Client another;
     ASSERT_EQ(another.Setup(params), LM_WS_OK);
-    auto store = [](Client& c, int which) {
+    auto certs = [](Client& c, int which) {
         LMWSClient* x = c.Context();
         struct soap* soap = which == 0   ? x->m_RealTimeBrowse.soap
                             : which == 1 ? x->m_StreamAPI.soap
                                          : x->m_DownloadAPI.soap;
-        return SSL_CTX_get_cert_store(soap->ctx);
+        X509_STORE* store = SSL_CTX_get_cert_store(soap->ctx);
+        std::set<const X509*> all;
+        STACK_OF(X509_OBJECT)* objects = X509_STORE_get0_objects(store);
+        for (int i = 0; i < sk_X509_OBJECT_num(objects); ++i) {
+            all.insert(X509_OBJECT_get0_X509(sk_X509_OBJECT_value(objects, i)));
+        }
+        return std::make_pair(store, all);
     };
+    const auto first = certs(trusted, 0);
     for (int which = 0; which < 3; ++which) {
-        EXPECT_EQ(store(trusted, which), store(trusted, 0));
-        EXPECT_EQ(store(another, which), store(trusted, 0));
-        EXPECT_EQ(store(client, which), store(client, 0));
+        for (Client* c : {&trusted, &another}) {
+            const auto other = certs(*c, which);
+            EXPECT_EQ(other.second, first.second);
+            if (c != &trusted || which != 0) {
+                EXPECT_NE(other.first, first.first);
+            }
+        }
     }
-    EXPECT_NE(store(client, 0), store(trusted, 0));
+    EXPECT_EQ(certs(client, 0).second.size() + 1, first.second.size());
 }
 
 TEST(LMWSSetupCalls, RefusedConnectionIsNoConnection) {
