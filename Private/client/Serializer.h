@@ -42,7 +42,8 @@ public:
         if (BeginSerialize() != SOAP_OK) {
             return false;
         }
-        record.soap_serialize(this);
+        // No reference-marking pass (soap_serialize): in tree mode nothing is written by
+        // reference, so the pass would only walk the whole record for nothing.
         int put = record.soap_put(this, kRootTag, nullptr);
         return EndSerialize() == SOAP_OK && put == SOAP_OK;
     }
