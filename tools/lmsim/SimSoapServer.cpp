@@ -217,13 +217,19 @@ bool SendGzipBomb(struct soap* soap, int mib) {
 }
 
 // Waits up to `ms` for the client's next request on a kept connection: bytes the TLS layer holds
-// already, or the socket turning readable (which is also how a close shows).
-bool AwaitRequest(struct soap* conn, int ms) {
+// already, or the socket turning readable (which is also how a close shows). Gives up early once
+// `running` turns false, so that stopping the server does not wait out idle connections.
+bool AwaitRequest(struct soap* conn, int ms, const std::atomic<bool>& running) {
     if (conn->ssl != nullptr && SSL_pending(conn->ssl) > 0) {
         return true;
     }
     pollfd p = {conn->socket, POLLIN, 0};
-    return poll(&p, 1, ms) == 1;
+    for (int left = ms; left > 0 && running.load(); left -= 100) {
+        if (poll(&p, 1, std::min(left, 100)) != 0) {
+            return true;  // readable, or an error the next read reports
+        }
+    }
+    return false;
 }
 
 }  // namespace
@@ -334,7 +340,8 @@ void SimSoapServer::Serve(struct soap* conn, bool keep) {
         if (SSL_session_reused(conn->ssl) == 1) {
             m_Stats.resumed++;
         }
-        for (int served = 0; served == 0 || AwaitRequest(conn, m_KeepAlive.idleMs); ++served) {
+        for (int served = 0; served == 0 || AwaitRequest(conn, m_KeepAlive.idleMs, m_Running);
+             ++served) {
             c.fault = Fault();
             c.headerDone = false;
             c.announced = c.bodySent = 0;
