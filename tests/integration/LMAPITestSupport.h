@@ -24,9 +24,10 @@ namespace lmapi_test {
 // A peer that drops the connection must not kill the test process.
 inline const bool kSigpipeIgnored = (signal(SIGPIPE, SIG_IGN), true);
 
-// UTF-8 text and bounded waits on every context of these tests.
+// UTF-8 text, answers read as plain trees and connections kept, as the client's service
+// clients have them, and bounded waits on every context of these tests.
 inline void PrepareContext(struct soap* soap) {
-    soap_set_mode(soap, SOAP_C_UTFSTRING);
+    soap_set_mode(soap, SOAP_C_UTFSTRING | SOAP_XML_TREE | SOAP_IO_KEEPALIVE);
     soap->connect_timeout = 5;
     soap->send_timeout = 5;
     soap->recv_timeout = 5;
