@@ -152,8 +152,9 @@ bool LMSoapLogPlugin::KeptConnectionDropped(struct soap* soap) {
     if (soap->error != SOAP_EOF && soap->error != SOAP_TCP_ERROR && soap->error != SOAP_SSL_ERROR) {
         return false;
     }
-    int unbounded = 0;
-    return !StepDeadline(soap, plugin->begun, unbounded).Passed();
+    // The deadline's own check, on a time-out field of no consequence: nothing is waited for.
+    int unused = 0;
+    return !StepDeadline(soap, plugin->begun, unused).Passed();
 }
 
 int LMSoapLogPlugin::Send(struct soap* soap, const char* data, size_t length) {
@@ -183,7 +184,7 @@ size_t LMSoapLogPlugin::Recv(struct soap* soap, char* buffer, size_t length) {
     const size_t received = deadline.Passed() ? 0 : plugin->frecv(soap, buffer, length);
     plugin->receivedBytes += received;
     if (received > 0) {
-        LogReceived(soap, *plugin, buffer, received);
+        LogReceived(*plugin, buffer, received);
     }
     if (received > 0) {
         LM_LogOutput(TEST_LMLogAreaID, LM_LOG_TRACE, "soap recv: %zu bytes\n", received);
@@ -228,8 +229,7 @@ int LMSoapLogPlugin::Close(struct soap* soap) {
     return plugin->fclose(soap);
 }
 
-void LMSoapLogPlugin::LogReceived(struct soap* /*soap*/, Data& plugin, const char* data,
-                                  size_t length) {
+void LMSoapLogPlugin::LogReceived(Data& plugin, const char* data, size_t length) {
     size_t head = 0;  // how much of `data` belongs to the head
     if (!plugin.headEnded) {
         // The head is short; one that never ends within 64 KiB is logged as body.

@@ -90,7 +90,7 @@ private:
     // Follows the answer's head to learn whether its body is compressed, and logs what came in:
     // the head as it is, a plain body as it is, a compressed one not at all (PrepareRecv logs it
     // inflated).
-    static void LogReceived(struct soap* soap, Data& plugin, const char* data, size_t length);
+    static void LogReceived(Data& plugin, const char* data, size_t length);
 };
 
 #endif  // LM_SOAP_LOG_PLUGIN_H
