@@ -116,6 +116,15 @@ inline std::string Str(const LMString& s) {
     return std::string(s.c_str(), s.length());
 }
 
+// How often `part` occurs in `text`, overlaps included.
+inline size_t Count(const std::string& text, const std::string& part) {
+    size_t n = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+        ++n;
+    }
+    return n;
+}
+
 }  // namespace lmws_test
 
 #endif  // LMWS_TEST_SUPPORT_H

@@ -30,8 +30,9 @@ int LMSoapLogPlugin::Register(struct soap* soap) {
 }
 
 int LMSoapLogPlugin::Create(struct soap* soap, struct soap_plugin* plugin, void* /*arg*/) {
-    Data* data = new (std::nothrow)
-        Data{soap->fsend, soap->frecv, soap->fopen, soap->fclose, soap->fpreparerecv, false};
+    Data* data =
+        new (std::nothrow) Data{soap->fsend,        soap->frecv,  soap->fopen, soap->fclose,
+                                soap->fpreparerecv, soap->fparse, false};
     if (data == nullptr) {
         return SOAP_EOM;
     }
@@ -44,6 +45,7 @@ int LMSoapLogPlugin::Create(struct soap* soap, struct soap_plugin* plugin, void*
     soap->fopen = Open;
     soap->fclose = Close;
     soap->fpreparerecv = PrepareRecv;
+    soap->fparse = Parse;
     return SOAP_OK;
 }
 
@@ -140,6 +142,7 @@ void LMSoapLogPlugin::BeginExchange(struct soap* soap) {
         plugin->head.clear();
         plugin->headEnded = false;
         plugin->compressed = false;
+        plugin->bodyBegun = false;
     }
 }
 
@@ -262,8 +265,19 @@ int LMSoapLogPlugin::PrepareRecv(struct soap* soap, const char* data, size_t len
     if (plugin == nullptr) {
         return SOAP_OK;
     }
-    if (plugin->compressed && !plugin->quiet) {
+    // The toolkit hands over the head too, before it reads it; Recv logged that already.
+    if (plugin->compressed && plugin->bodyBegun && !plugin->quiet) {
         LogMasked(RECV_LMLogAreaID, plugin->received, data, length);
     }
     return plugin->fpreparerecv != nullptr ? plugin->fpreparerecv(soap, data, length) : SOAP_OK;
+}
+
+int LMSoapLogPlugin::Parse(struct soap* soap) {
+    Data* plugin = Find<Data>(soap, kId);
+    if (plugin == nullptr) {
+        return SOAP_PLUGIN_ERROR;
+    }
+    const int rc = plugin->fparse(soap);
+    plugin->bodyBegun = true;
+    return rc;
 }

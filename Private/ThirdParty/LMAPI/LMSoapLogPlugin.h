@@ -64,6 +64,7 @@ private:
         int (*fopen)(struct soap*, const char*, const char*, int);
         int (*fclose)(struct soap*);
         int (*fpreparerecv)(struct soap*, const char*, size_t);
+        int (*fparse)(struct soap*);
         bool quiet;
         std::chrono::steady_clock::time_point begun = std::chrono::steady_clock::time_point();
         // The exchange begun last: whether it started on a kept connection, opened one of its
@@ -75,6 +76,8 @@ private:
         std::string head = std::string();
         bool headEnded = false;
         bool compressed = false;
+        // The toolkit has read the head: what the transport hands over from here is the body.
+        bool bodyBegun = false;
         // What is logged of each direction has its secrets hidden (LMSecretMask.h).
         LMSecretMask sent = LMSecretMask();
         LMSecretMask received = LMSecretMask();
@@ -87,6 +90,7 @@ private:
     static int Open(struct soap* soap, const char* endpoint, const char* host, int port);
     static int Close(struct soap* soap);
     static int PrepareRecv(struct soap* soap, const char* data, size_t length);
+    static int Parse(struct soap* soap);
     // Follows the answer's head to learn whether its body is compressed, and logs what came in:
     // the head as it is, a plain body as it is, a compressed one not at all (PrepareRecv logs it
     // inflated).
