@@ -5,7 +5,9 @@
 #include <cstdarg>
 #include <cstdio>
 #include <memory>
+#include <string>
 
+#include "LMAnswerKeeper.h"
 #include "LMCacheNames.h"
 #include "LMLog.h"
 #include "LMSoapLogPlugin.h"
@@ -120,6 +122,20 @@ int AskKept(Proxy& proxy, const char* operation, Ask& ask, Response& response) {
     return rc;
 }
 
+// Writes the answer `response` that `soap` received into `writer`: the response's XML as the
+// service sent it when the context kept it, otherwise the record written out again.
+template <class Response>
+bool WriteAnswer(struct soap* soap, Serializer& writer, const Response& response) {
+    std::string body;
+    LMAnswerContent content;
+    if (LMAnswerKeeper::Take(soap, body) && FindAnswerContent(body, content) &&
+        writer.WriteContent(content.declarations, body.data() + content.begin,
+                            content.end - content.begin)) {
+        return true;
+    }
+    return writer.Write(response);
+}
+
 // One call on `proxy`: prepare it for the service operation; answer from the cache when `slot`
 // names an entry that holds a readable answer, otherwise ask the service (`ask(response)` fills
 // the request, calls and returns the toolkit's code); convert the answer into the caller's
@@ -142,7 +158,9 @@ LM_WS_Status Call(LMWSClient& client, Proxy& proxy, const Operation& op, const C
         answer = ReadCached(client, *slot, serializer, response, result);
     }
     const bool cached = answer != nullptr;
+    const bool storing = cache != nullptr && (client.m_Params.Cache.CacheData & slot->Bit) != 0;
     if (rc == SOAP_OK && !cached) {
+        LMAnswerKeeper::Keep(proxy.soap, storing);
         rc = AskKept(proxy, op.Service, ask, response);
         answer = rc == SOAP_OK ? response.*result : nullptr;
     }
@@ -153,14 +171,14 @@ LM_WS_Status Call(LMWSClient& client, Proxy& proxy, const Operation& op, const C
     if (answer != nullptr && code == 0) {
         after(*answer);
     }
-    if (answer != nullptr && !cached && code == 0 && cache != nullptr &&
-        (client.m_Params.Cache.CacheData & slot->Bit) != 0) {
+    if (answer != nullptr && !cached && code == 0 && storing) {
         // A failed store changes nothing for the caller: the answer is in the record already.
         auto writer = std::make_unique<Serializer>(true, false);
-        if (writer->Write(response)) {
+        if (WriteAnswer(proxy.soap, *writer, response)) {
             (cache->*slot->Set)(LMString(slot->Name), LMString(slot->Key), writer->GetBuffer());
         }
     }
+    LMAnswerKeeper::Keep(proxy.soap, false);
     proxy.destroy();
     if (op.Log == LogLine::RetAndCode) {
         LM_LogOutput(ClientLogArea().Id(), LM_LOG_TRACE, "%s, ret:%d,responseCode:%d\n", op.Client,

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "LMAnswerKeeper.h"
 #include "LMDeployment.h"
 #include "LMSoapLogPlugin.h"
 #include "soapH.h"
@@ -126,6 +127,9 @@ int Configure(struct soap* soap, const LM_WS_SetupParams2& params) {
     }
     if (rc == SOAP_OK && soap_lookup_plugin(soap, SOAP_WSSE_ID) == nullptr) {
         rc = soap_register_plugin(soap, soap_wsse);
+    }
+    if (rc == SOAP_OK) {
+        rc = LMAnswerKeeper::Register(soap);
     }
     if (rc == SOAP_OK) {
         rc = LMSoapLogPlugin::Register(soap);

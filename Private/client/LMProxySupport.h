@@ -12,7 +12,8 @@
 namespace LMProxySupport {
 
 // Proxy settings, User-Agent and accepted encodings, time-outs, then the WS-Addressing,
-// WS-Security and raw-byte logging plug-ins. SOAP_OK or the toolkit's error code.
+// WS-Security, answer-keeping (LMAnswerKeeper.h) and raw-byte logging plug-ins. SOAP_OK or the
+// toolkit's error code.
 int Configure(struct soap* soap, const LM_WS_SetupParams2& params);
 
 // Bounds what one exchange on `soap` may cost, whatever the server sends: an answer of at most

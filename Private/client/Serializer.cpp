@@ -167,6 +167,18 @@ int Serializer::EndDeserialize() {
     return soap_end_recv(this);
 }
 
+bool Serializer::WriteContent(const std::string& declarations, const char* content, size_t length) {
+    m_Buffer.assign("");
+    std::string open = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<";
+    open.append(kRootTag).append(declarations).append(">");
+    std::string close = "</";
+    close.append(kRootTag).append(">");
+    return BeginSerialize() == SOAP_OK &&
+           soap_send_raw(this, open.data(), open.size()) == SOAP_OK &&
+           soap_send_raw(this, content, length) == SOAP_OK &&
+           soap_send_raw(this, close.data(), close.size()) == SOAP_OK && EndSerialize() == SOAP_OK;
+}
+
 void Serializer::Reset() {
     soap_destroy(this);
     soap_end(this);

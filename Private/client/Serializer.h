@@ -8,6 +8,7 @@
 #define LM_SERIALIZER_H
 
 #include <cstddef>
+#include <string>
 
 #include "LMString.h"
 #include "stdsoap2.h"
@@ -47,6 +48,11 @@ public:
         int put = record.soap_put(this, kRootTag, nullptr);
         return EndSerialize() == SOAP_OK && put == SOAP_OK;
     }
+
+    // Writes under the root tag, with the attributes `declarations`, the element content
+    // `content` of `length` bytes as it stands: a record's XML as the service sent it (see
+    // LMAnswerKeeper), which Read reads as it reads what Write wrote. True on success.
+    bool WriteContent(const std::string& declarations, const char* content, size_t length);
 
     // Reads a record written by Write from `text` into `record`, whose data then belongs to this
     // context (freed by Reset or the destructor). False when the text does not deserialize.

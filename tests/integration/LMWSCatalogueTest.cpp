@@ -9,6 +9,7 @@
 #include <sqlite3.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <zlib.h>
 
 #include <chrono>
 #include <cstdio>
@@ -341,14 +342,6 @@ private:
 
 // Not an answer the cache ever wrote: no XML, no gzip.
 const std::string kGarbage = std::string("\x01\x02garbage\xff\xfe<<<&&", 16);
-
-size_t Count(const std::string& text, const std::string& part) {
-    size_t n = 0;
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
-        ++n;
-    }
-    return n;
-}
 
 // ---- Against one simulator shared by the tests of this fixture ----
 
@@ -850,6 +843,59 @@ TEST(LMWSCatalogueCache, CorruptedOrRemovedEntryIsAMiss) {
     ASSERT_TRUE(c.File().Remove("Service", "getTitles", key));
     Record<LM_WS_TitlesResponse> gone;
     EXPECT_EQ(LM_WS_getTitles(c.H(), kSpyGenre, kPage1, 2, &gone.r), LM_WS_NO_CONNECTION);
+}
+
+// The text a stored answer inflates to ("" when it does not).
+std::string Inflated(const std::string& stored) {
+    z_stream stream{};
+    if (inflateInit2(&stream, 16 + MAX_WBITS) != Z_OK) {
+        return "";
+    }
+    std::string text;
+    char chunk[16384];
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(stored.data()));
+    stream.avail_in = static_cast<uInt>(stored.size());
+    int rc = Z_OK;
+    while (rc == Z_OK) {
+        stream.next_out = reinterpret_cast<Bytef*>(chunk);
+        stream.avail_out = sizeof(chunk);
+        rc = inflate(&stream, Z_NO_FLUSH);
+        text.append(chunk, sizeof(chunk) - stream.avail_out);
+    }
+    inflateEnd(&stream);
+    return rc == Z_STREAM_END ? text : "";
+}
+
+// Answers go into the cache as the client received them, compressed on the wire or not, on a
+// kept connection or a new one: under the root tag is the response's XML byte for byte.
+TEST(LMWSCatalogueCache, AnswersAreStoredAsReceived) {
+    CachedClient c;
+    ASSERT_EQ(c.Setup(LM_WS_CacheParam::Service), LM_WS_OK);
+    lmapi_test::LogCapture log;
+    Record<LM_WS_TitlesResponse> first;
+    ASSERT_EQ(LM_WS_getTitles(c.H(), kSpyGenre, kPage1, 2, &first.r), LM_WS_OK);
+    Record<LM_WS_TitlesResponse> second;
+    ASSERT_EQ(LM_WS_getTitles(c.H(), kSpyGenre, LM_WS_Page{2, 20}, 2, &second.r), LM_WS_OK);
+    ASSERT_TRUE(ArmFault(c.sim, "delay", "1"));  // sent plain, and the connection closes
+    Record<LM_WS_TitlesResponse> plain;
+    ASSERT_EQ(LM_WS_getTitles(c.H(), kSpyGenre, LM_WS_Page{3, 20}, 2, &plain.r), LM_WS_OK);
+    Record<LM_WS_TitlesResponse> reopened;
+    ASSERT_EQ(LM_WS_getTitles(c.H(), kSpyGenre, LM_WS_Page{4, 20}, 2, &reopened.r), LM_WS_OK);
+
+    const std::string received = log.Text("soap_recv");
+    EXPECT_EQ(Count(received, "\r\nContent-Encoding: gzip\r\n"), 3u);
+    for (const char* key : {"12,1,20,2", "12,2,20,2", "12,3,20,2", "12,4,20,2"}) {
+        const std::string text = Inflated(c.File().Value("Service", "getTitles", key));
+        const size_t root = text.find("\n<LMWSLib xmlns:SOAP-ENV=\"");
+        const size_t end = text.rfind("</LMWSLib>");
+        ASSERT_TRUE(root != std::string::npos && end != std::string::npos) << key << ": " << text;
+        const size_t begin = text.find('>', root) + 1;
+        const std::string response = "<LM1:getTitlesByNavigationResponse>" +
+                                     text.substr(begin, end - begin) +
+                                     "</LM1:getTitlesByNavigationResponse>";
+        EXPECT_GT(response.size(), 5000u) << key;
+        EXPECT_EQ(Count(received, response), 1u) << key;
+    }
 }
 
 // The whole request names its entry: queries that differ only after their first few hundred
