@@ -1,6 +1,6 @@
 // The client's connections to the simulator: kept between calls, opened again (with the TLS
 // session resumed) when the server has closed them, never asked twice once an answer has begun,
-// and compressed answers read and logged as text.
+// and compressed answers read and logged as text; and the simulator's bounds on kept connections.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -106,6 +106,36 @@ TEST_F(LMWSConnection, CompressedAnswersAreReadAndLoggedAsText) {
     EXPECT_NE(received.find("<LM1:AuthToken>***</LM1:AuthToken>"), std::string::npos) << received;
     EXPECT_NE(received.find("getTitlesByNavigationResult"), std::string::npos);
     EXPECT_EQ(received.find(token), std::string::npos);
+}
+
+// The simulator's bounds: beyond --max-connections kept connections, each connection carries one
+// answer; a kept one carries at most --max-requests. Clients find their way either way.
+TEST(LMWSConnectionBounds, BeyondTheServersBoundsEachAnswerComesOnItsOwnConnection) {
+    LmsimProcess sim({"--max-connections", "1", "--max-requests", "3"});
+    ASSERT_TRUE(sim.Ready());
+    lmws_test::PointAt(sim);
+    Params params;
+    Client kept;
+    Client beyond;
+    ASSERT_EQ(kept.Setup(params), LM_WS_OK);
+    ASSERT_EQ(beyond.Setup(params), LM_WS_OK);
+    auto titles = [](Client& client, int page) {
+        Record<LM_WS_TitlesResponse> record;
+        return LM_WS_getTitles(&client.h, 1, {page, 20}, 2, &record);
+    };
+
+    ASSERT_EQ(titles(kept, 1), LM_WS_OK);
+    EXPECT_EQ(sim.Stat("connections"), 1);
+    for (int page = 1; page <= 3; ++page) {
+        ASSERT_EQ(titles(beyond, page), LM_WS_OK);
+    }
+    EXPECT_EQ(sim.Stat("connections"), 4) << "one per answer beyond the bound";
+    ASSERT_EQ(titles(kept, 2), LM_WS_OK);
+    ASSERT_EQ(titles(kept, 3), LM_WS_OK);
+    EXPECT_EQ(sim.Stat("connections"), 4) << "the kept connection carries three answers";
+    ASSERT_EQ(titles(kept, 4), LM_WS_OK);
+    EXPECT_EQ(sim.Stat("connections"), 5) << "and is closed after the third";
+    EXPECT_EQ(sim.Stat("requests"), 7);
 }
 
 }  // namespace
