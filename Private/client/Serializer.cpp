@@ -173,10 +173,14 @@ bool Serializer::WriteContent(const std::string& declarations, const char* conte
     open.append(kRootTag).append(declarations).append(">");
     std::string close = "</";
     close.append(kRootTag).append(">");
-    return BeginSerialize() == SOAP_OK &&
-           soap_send_raw(this, open.data(), open.size()) == SOAP_OK &&
-           soap_send_raw(this, content, length) == SOAP_OK &&
-           soap_send_raw(this, close.data(), close.size()) == SOAP_OK && EndSerialize() == SOAP_OK;
+    if (BeginSerialize() != SOAP_OK) {
+        return false;
+    }
+    // The send always ends, so that the compressor is released before anything else is written.
+    const bool sent = soap_send_raw(this, open.data(), open.size()) == SOAP_OK &&
+                      soap_send_raw(this, content, length) == SOAP_OK &&
+                      soap_send_raw(this, close.data(), close.size()) == SOAP_OK;
+    return EndSerialize() == SOAP_OK && sent;
 }
 
 void Serializer::Reset() {
