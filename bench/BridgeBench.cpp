@@ -24,6 +24,7 @@
 
 #include "LMResultConverter.h"
 #include "LMWSLibAE.h"
+#include "LMWSTestSupport.h"
 #include "LM_WS.h"
 #include "LmsimProcess.h"
 #include "StageKernelHarness.h"
@@ -140,22 +141,12 @@ public:
     void DestructInstance(ASExtensionClass* instance) override { delete instance; }
 };
 
-// Points every service host of the client at `sim`.
-void PointClientAt(const LmsimProcess& sim) {
-    setenv("LM_WS_PRODUCTION_HOST", "127.0.0.1", 1);
-    setenv("LM_WS_STAGING_HOST", "127.0.0.1", 1);
-    setenv("LM_WS_STAGING_API_HOST", "127.0.0.1", 1);
-    setenv("LM_WS_HTTPS_PORT", std::to_string(sim.HttpsPort()).c_str(), 1);
-    setenv("LM_WS_HTTP_PORT", std::to_string(sim.HttpPort()).c_str(), 1);
-    setenv("LM_WS_CAFILE", sim.CaFile().c_str(), 1);
-}
-
 // The simulator for the whole run.
 LmsimProcess& Sim() {
     static LmsimProcess* sim = [] {
         g_RequestLog = "/tmp/lmbridgebench-requests-" + std::to_string(getpid());
         auto* s = new LmsimProcess({"--request-log", g_RequestLog});
-        PointClientAt(*s);
+        lmws_test::PointAt(*s);
         return s;
     }();
     return *sim;
@@ -278,7 +269,7 @@ void BM_NextPage(benchmark::State& state) {
     g_RequestLog = folder + "requests";
     LmsimProcess distant(
         {"--request-log", g_RequestLog, "--fault", "delay:" + std::to_string(kLatencyMs)});
-    PointClientAt(distant);
+    lmws_test::PointAt(distant);
     RunMovie(state,
              "var ws = new LMWSLib(), round = 0, start = 0, size = 0;"
              "function next() {"
@@ -314,7 +305,7 @@ void BM_NextPage(benchmark::State& state) {
                  "ws.init([function (s) { if (s !== 0) Bench.fail('init ' + s); next(); },"
                  " settings(" +
                  std::string(prefetch ? "1" : "0") + ", '" + folder + "')]);");
-    PointClientAt(Sim());
+    lmws_test::PointAt(Sim());
     g_RequestLog = shared;
     (void)std::system(("rm -rf '" + folder + "'").c_str());
     ReportTimes(state);
@@ -329,15 +320,9 @@ int main(int argc, char** argv) {
         return 1;
     }
     // The page the conversion benchmarks use: a real answer of the simulator.
-    LM_WS_SetupParams params{};
-    params.APIKey = "api-key";
-    params.UserName = "user@example";
-    params.Password = "secret";
-    params.DestinationUniqueID = "bench device";
-    params.EnvNum = 2;
-    params.AccessType = 2;
+    lmws_test::Params params;
     LM_WS_Handle handle{};
-    if (LM_WS_Setup(&handle, &params) != 0 ||
+    if (LM_WS_Setup(&handle, params.Get()) != 0 ||
         LM_WS_getTitles(&handle, 12, LM_WS_Page{1, 50}, 2, &g_Page) != 0 ||
         g_Page.Titles.Count != 50) {
         std::fprintf(stderr, "no 50-title page from lmsim\n");

@@ -7,18 +7,16 @@
 // the same conversion. A miss is the service path plus the database read that found nothing and
 // the serialisation, compression and write of the answer.
 #include <benchmark/benchmark.h>
-#include <dirent.h>
-#include <stdlib.h>
 
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <string>
 
 #include "CacheMgr.h"
 #include "LMAnswerMemo.h"
 #include "LM_WS_CacheParam.h"
 #include "LM_WS.h"
+#include "LMWSTestSupport.h"
 #include "LmsimProcess.h"
 
 namespace {
@@ -40,7 +38,7 @@ Request Nth(int n) {
 
 struct Fixture {
     LmsimProcess sim;
-    std::string cacheDir;
+    lmws_test::TempDir cacheDir;
     LM_WS_Handle cached{};
     LM_WS_Handle direct{};
     // A second manager of the cached client's file, to drop stored answers between calls.
@@ -51,37 +49,22 @@ struct Fixture {
         if (!sim.Ready()) {
             return;
         }
-        for (const char* host :
-             {"LM_WS_PRODUCTION_HOST", "LM_WS_STAGING_HOST", "LM_WS_STAGING_API_HOST",
-              "LM_WS_ADULT_PRODUCTION_HOST", "LM_WS_ADULT_STAGING_HOST"}) {
-            setenv(host, "127.0.0.1", 1);
-        }
-        setenv("LM_WS_HTTPS_PORT", std::to_string(sim.HttpsPort()).c_str(), 1);
-        setenv("LM_WS_HTTP_PORT", std::to_string(sim.HttpPort()).c_str(), 1);
-        setenv("LM_WS_CAFILE", sim.CaFile().c_str(), 1);
-        char templ[] = "/tmp/lmcatbenchXXXXXX";
-        cacheDir = mkdtemp(templ);
-
-        LM_WS_SetupParams p{};
-        p.APIKey = "bench";
-        p.DestinationUniqueID = "bench-device";
-        p.UserName = "bench@lumora.example";
-        p.Password = "bench";
-        p.EnvNum = 2;
-        p.AccessType = 2;
-        if (LM_WS_Setup(&direct, &p) != LM_WS_OK) {
+        lmws_test::PointAt(sim);
+        lmws_test::Params params;
+        if (LM_WS_Setup(&direct, params.Get()) != LM_WS_OK) {
             return;
         }
-        p.CacheType = LM_WS_CacheParam::File;
-        p.CacheData = LM_WS_CacheParam::Service;
-        p.CachePath = cacheDir.c_str();
-        if (LM_WS_Setup(&cached, &p) != LM_WS_OK) {
+        params.p.CacheType = LM_WS_CacheParam::File;
+        params.p.CacheData = LM_WS_CacheParam::Service;
+        params.cachePath = cacheDir.path;
+        if (LM_WS_Setup(&cached, params.Get()) != LM_WS_OK) {
             return;
         }
         LM_WS_CacheParam param;
         param.CacheType = LM_WS_CacheParam::File;
         param.CacheData = LM_WS_CacheParam::Service;
-        param.CachePath = CacheFile().c_str();
+        // The one database file the cached client made in its folder.
+        param.CachePath = LMWSClient::From(&cached)->m_Params.Cache.CachePath;
         if (param.CachePath.empty() || other.Init(param) != 0) {
             return;
         }
@@ -96,35 +79,26 @@ struct Fixture {
             LM_WS_FreeResult(&page);
         }
     }
-    std::string CacheFile() const;
     ~Fixture() {
         other.Uninit();
         LM_WS_Teardown(&cached);
         LM_WS_Teardown(&direct);
-        if (!cacheDir.empty()) {
-            (void)std::system(("rm -rf '" + cacheDir + "'").c_str());
-        }
     }
 };
-
-// The one database file the cached client made in its folder.
-std::string Fixture::CacheFile() const {
-    std::string found;
-    if (DIR* dir = opendir(cacheDir.c_str())) {
-        while (const dirent* entry = readdir(dir)) {
-            const size_t length = strlen(entry->d_name);
-            if (length > 3 && strcmp(entry->d_name + length - 3, ".lm") == 0) {
-                found = cacheDir + "/" + entry->d_name;
-            }
-        }
-        closedir(dir);
-    }
-    return found;
-}
 
 Fixture& Shared() {
     static Fixture fixture;
     return fixture;
+}
+
+// The shared fixture, or null with the benchmark skipped when it did not start.
+Fixture* Started(benchmark::State& state) {
+    Fixture& f = Shared();
+    if (!f.ready) {
+        state.SkipWithError("the simulator or the client did not start");
+        return nullptr;
+    }
+    return &f;
 }
 
 void GetTitles(benchmark::State& state, LM_WS_Handle* handle, int pages = 1) {
@@ -141,33 +115,30 @@ void GetTitles(benchmark::State& state, LM_WS_Handle* handle, int pages = 1) {
 }
 
 void BM_GetTitlesFromCache(benchmark::State& state) {
-    Fixture& f = Shared();
-    if (!f.ready) {
-        state.SkipWithError("the simulator or the client did not start");
+    Fixture* f = Started(state);
+    if (f == nullptr) {
         return;
     }
-    GetTitles(state, &f.cached);
+    GetTitles(state, &f->cached);
 }
 BENCHMARK(BM_GetTitlesFromCache)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 // Every read decodes the stored XML: what a page costs the first time it is read from the cache.
 void BM_GetTitlesFromCacheDecoded(benchmark::State& state) {
-    Fixture& f = Shared();
-    if (!f.ready) {
-        state.SkipWithError("the simulator or the client did not start");
+    Fixture* f = Started(state);
+    if (f == nullptr) {
         return;
     }
-    GetTitles(state, &f.cached, kDecodedPages);
+    GetTitles(state, &f->cached, kDecodedPages);
 }
 BENCHMARK(BM_GetTitlesFromCacheDecoded)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 void BM_GetTitlesFromService(benchmark::State& state) {
-    Fixture& f = Shared();
-    if (!f.ready) {
-        state.SkipWithError("the simulator or the client did not start");
+    Fixture* f = Started(state);
+    if (f == nullptr) {
         return;
     }
-    GetTitles(state, &f.direct);
+    GetTitles(state, &f->direct);
 }
 BENCHMARK(BM_GetTitlesFromService)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
@@ -176,9 +147,8 @@ BENCHMARK(BM_GetTitlesFromService)->Unit(benchmark::kMicrosecond)->UseRealTime()
 // the same call on the client without a cache, so both are timed side by side in one run:
 // `service_us` is that call, `miss_per_service` the ratio of the two.
 void BM_GetTitlesCacheMiss(benchmark::State& state) {
-    Fixture& f = Shared();
-    if (!f.ready) {
-        state.SkipWithError("the simulator or the client did not start");
+    Fixture* f = Started(state);
+    if (f == nullptr) {
         return;
     }
     using Clock = std::chrono::steady_clock;
@@ -199,15 +169,15 @@ void BM_GetTitlesCacheMiss(benchmark::State& state) {
     for (auto _ : state) {
         unsigned stored = 0;
         ++rounds;
-        if (f.other.SetLastLoadTime(std::to_string(++loads).c_str()) != 1 ||
-            f.other.ExecuteSQL("SELECT COUNT(*) FROM Service", stored) != 0 || stored != 0) {
+        if (f->other.SetLastLoadTime(std::to_string(++loads).c_str()) != 1 ||
+            f->other.ExecuteSQL("SELECT COUNT(*) FROM Service", stored) != 0 || stored != 0) {
             state.SkipWithError("the stored answers were not dropped");
             break;
         }
-        const double miss = call(&f.cached);
-        const double service = call(&f.direct);
+        const double miss = call(&f->cached);
+        const double service = call(&f->direct);
         if (miss < 0 || service < 0 ||
-            f.other.ExecuteSQL("SELECT COUNT(*) FROM Service", stored) != 0 || stored != 1) {
+            f->other.ExecuteSQL("SELECT COUNT(*) FROM Service", stored) != 0 || stored != 1) {
             state.SkipWithError("getTitles did not answer a full page, or stored nothing");
             break;
         }

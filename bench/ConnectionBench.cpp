@@ -34,14 +34,8 @@ struct Target {
             return;
         }
         lmws_test::PointAt(sim);
-        LM_WS_SetupParams p{};
-        p.APIKey = "bench";
-        p.DestinationUniqueID = "bench-device";
-        p.UserName = "bench@lumora.example";
-        p.Password = "bench";
-        p.EnvNum = 2;
-        p.AccessType = 2;
-        ready = LM_WS_Setup(&client, &p) == LM_WS_OK;
+        lmws_test::Params params;
+        ready = LM_WS_Setup(&client, params.Get()) == LM_WS_OK;
     }
     ~Target() { LM_WS_Teardown(&client); }
 };
