@@ -5,8 +5,8 @@
 // It is a SOAP-toolkit plug-in on a proxy's context. While keeping is on (Keep), it copies the
 // body of every answer the context receives: after the HTTP head and after gzip or deflate
 // decoding, the bytes the XML parser reads. Answers in chunked transfer coding or in ISO-8859-1
-// are not kept; their body bytes are not the UTF-8 document a stored answer is read as. Take
-// hands over the body of the last answer.
+// are not kept; their body bytes are not the UTF-8 document a stored answer is read as. Kept
+// shows the body of the last answer.
 //
 // FindAnswerContent finds in such a body what a stored answer holds: the content of the SOAP
 // Body's one element (the operation's response) with the namespace declarations in force there.
@@ -28,13 +28,18 @@ public:
     // Returns SOAP_OK (0) or the toolkit's error code.
     static int Register(struct soap* soap);
 
-    // Starts (true) or stops (false) keeping the answers `soap` receives. Stopping frees what
-    // is kept. Does nothing on a context without the plug-in.
+    // Starts (true) or stops (false) keeping the answers `soap` receives, dropping what is kept.
+    // The buffer's memory stays for the next answer, up to kKeptCapacity bytes. Does nothing on
+    // a context without the plug-in.
     static void Keep(struct soap* soap, bool keep);
 
-    // Moves the body of the last answer into `body`; false (and `body` untouched) when there is
-    // none: keeping was off, the answer was not kept (see above), or it was taken already.
-    static bool Take(struct soap* soap, std::string& body);
+    // The body of the last answer, or null when there is none: keeping was off or the answer was
+    // not kept (see above). Valid until `soap` receives again or Keep is called.
+    static const std::string* Kept(struct soap* soap);
+
+    // The most memory kept for the next answer once keeping stops (a page of 50 titles is
+    // about 170 KB).
+    static const size_t kKeptCapacity = 1u << 20;
 
 private:
     struct Data {

@@ -126,10 +126,10 @@ int AskKept(Proxy& proxy, const char* operation, Ask& ask, Response& response) {
 // service sent it when the context kept it, otherwise the record written out again.
 template <class Response>
 bool WriteAnswer(struct soap* soap, Serializer& writer, const Response& response) {
-    std::string body;
+    const std::string* body = LMAnswerKeeper::Kept(soap);
     LMAnswerContent content;
-    if (LMAnswerKeeper::Take(soap, body) && FindAnswerContent(body, content) &&
-        writer.WriteContent(content.declarations, body.data() + content.begin,
+    if (body != nullptr && FindAnswerContent(*body, content) &&
+        writer.WriteContent(content.declarations, body->data() + content.begin,
                             content.end - content.begin)) {
         return true;
     }
